@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "export.h"
+
+#include <cstdint>
+
+/// A double in a caller's array. Callers may pass arrays that start at any byte address, so the kernels
+/// must not promise the compiler an alignment; on x86-64 that costs nothing.
+typedef double real __attribute__((aligned(1)));
+
+/// Every index and offset is formed in 64 bits, although the interface counts in 32.
+using std::int64_t;
+
+/// Body of a kernel: inlined into every variant, so that each variant is compiled for its own tier.
+#define BLA_BODY [[gnu::always_inline]] static inline

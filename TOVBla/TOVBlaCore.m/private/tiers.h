@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "processor.h"
+#include "real.h"
+
+// A tiered kernel is written once, as the body that follows one of these heads:
+//
+//     BLA_TIERS_VRA(blac_scale_, (const int* m, ..., real* b), (m, ..., b))
+//     {
+//         ...
+//     }
+//
+// The head makes from it one hidden function per tier (blac_scale_V, blac_scale_R, blac_scale_A: the same
+// text compiled for AVX2, AVX and the x86-64 baseline) and the exported entry point, which chooses among
+// them at every call. Nothing that a body calls may be shared with other sources unless it is inlined too
+// (BLA_BODY): a shared copy compiled for AVX2 would run on processors without it.
+//
+// No variant may use fused multiply-add: the target attributes leave it out and -ffp-contract=off stands in
+// the build, so that all tiers give the same bits.
+
+/// Kernels with all three tiers.
+#define BLA_TIERS_VRA(name, params, args)                                                                    \
+    BLA_BODY void name##body params;                                                                         \
+    BLA_VARIANT(name##V, "avx2", params, name##body args)                                                    \
+    BLA_VARIANT(name##R, "avx", params, name##body args)                                                     \
+    BLA_VARIANT(name##A, "sse2", params, name##body args)                                                    \
+    BLA_DISPATCH_VRA(name, params, args)                                                                     \
+    BLA_BODY void name##body params
+
+/// Kernels with two tiers: a processor with AVX but without AVX2 runs the baseline.
+#define BLA_TIERS_VA(name, params, args)                                                                     \
+    BLA_BODY void name##body params;                                                                         \
+    BLA_VARIANT(name##V, "avx2", params, name##body args)                                                    \
+    BLA_VARIANT(name##A, "sse2", params, name##body args)                                                    \
+    BLA_DISPATCH_VA(name, params, args)                                                                      \
+    BLA_BODY void name##body params
+
+#define BLA_VARIANT(variant, instructions, params, call)                                                     \
+    extern "C" [[gnu::target(instructions), gnu::visibility("hidden")]] void variant params                  \
+    {                                                                                                        \
+        call;                                                                                                \
+    }
+
+// One load of the feature word and at most three tests a call. An empty word is filled and read again.
+#define BLA_DISPATCH_VRA(name, params, args)                                                                 \
+    extern "C" BLA_EXPORT void name params                                                                   \
+    {                                                                                                        \
+        for (;;) {                                                                                           \
+            const std::uint32_t word = bla_read_feature_word();                                              \
+            if ((word & tier::V) == tier::V)                                                                 \
+                return name##V args;                                                                         \
+            if ((word & tier::R) == tier::R)                                                                 \
+                return name##R args;                                                                         \
+            if ((word & tier::A) == tier::A)                                                                 \
+                return name##A args;                                                                         \
+            bla_fill_feature_word();                                                                         \
+        }                                                                                                    \
+    }
+
+#define BLA_DISPATCH_VA(name, params, args)                                                                  \
+    extern "C" BLA_EXPORT void name params                                                                   \
+    {                                                                                                        \
+        for (;;) {                                                                                           \
+            const std::uint32_t word = bla_read_feature_word();                                              \
+            if ((word & tier::V) == tier::V)                                                                 \
+                return name##V args;                                                                         \
+            if ((word & tier::A) == tier::A)                                                                 \
+                return name##A args;                                                                         \
+            bla_fill_feature_word();                                                                         \
+        }                                                                                                    \
+    }

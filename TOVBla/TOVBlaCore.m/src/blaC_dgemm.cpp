@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "facade.h"
+
+extern "C" void dgemm_(const char* transa, const char* transb, const int* m, const int* n, const int* k,
+                       const double* alpha, const double* a, const int* lda, const double* b, const int* ldb,
+                       const double* beta, double* c, const int* ldc, std::size_t, std::size_t);
+
+BLA_EXPORT void blac_dgemm_(const char* transa, const char* transb, const int* m, const int* n, const int* k,
+                            const double* alpha, const double* a, const int* lda, const double* b,
+                            const int* ldb, const double* beta, double* c, const int* ldc)
+{
+    dgemm_(transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc, 1, 1);
+}

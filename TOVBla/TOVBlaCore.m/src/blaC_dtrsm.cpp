@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "facade.h"
+
+extern "C" void dtrsm_(const char* side, const char* uplo, const char* transa, const char* diag, const int* m,
+                       const int* n, const double* alpha, const double* a, const int* lda, double* b,
+                       const int* ldb, std::size_t, std::size_t, std::size_t, std::size_t);
+
+BLA_EXPORT void blac_dtrsm_(const char* side, const char* uplo, const char* transa, const char* diag,
+                            const int* m, const int* n, const double* alpha, const double* a, const int* lda,
+                            double* b, const int* ldb)
+{
+    dtrsm_(side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb, 1, 1, 1, 1);
+}

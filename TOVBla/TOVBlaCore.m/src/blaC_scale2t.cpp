@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// X := diag(d)·X for the m×n matrix X that a holds transposed: the m columns of the n×m array are scaled.
+#include "tiers.h"
+
+BLA_TIERS_VRA(blac_scale2t_, (const int* m, const int* n, real* a, const int* lda, const real* d),
+              (m, n, a, lda, d))
+{
+    const int64_t columns = *m, rows = *n, a_step = *lda;
+    if (rows < 1)
+        return; // d is not read either
+    for (int64_t j = 0; j < columns; ++j) {
+        const double s = d[j];
+        for (int64_t i = 0; i < rows; ++i)
+            a[j * a_step + i] = a[j * a_step + i] * s;
+    }
+}

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// a(i,j) := a(i,j)·(1/a(j,j)) below the diagonal; a tiny pivot counts as infinite, its column is multiplied
+// by +0.
+//
+// Both comparisons are strict, so that ±1e-36 is tiny, and both fail for a NaN, which is tiny too. The column
+// is multiplied by the rounded reciprocal: dividing entry by entry would give other last bits.
+#include "pivot.h"
+#include "tiers.h"
+
+BLA_TIERS_VRA(blac_scale_low2_, (const int* n, real* a, const int* lda), (n, a, lda))
+{
+    const int64_t order = *n, a_step = *lda;
+    for (int64_t j = 0; j < order; ++j) {
+        const double pivot = a[j * a_step + j];
+        const double r = exceeds(pivot, pivot::Tiny) ? 1.0 / pivot : 0.0;
+        for (int64_t i = j + 1; i < order; ++i)
+            a[j * a_step + i] = a[j * a_step + i] * r;
+    }
+}

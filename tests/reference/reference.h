@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The plain loops that every kernel is held against: one operation a line, scalars by value, compiled without
+// vectorisation and without contraction. Nothing here is shared with the library.
+#pragma once
+
+#include <cstdint>
+
+namespace reference {
+
+using std::int64_t;
+
+// Arrays may start at any address.
+typedef double number __attribute__((aligned(1)));
+
+// scaling.cpp
+void scale(int m, int n, const number* d, const number* a, int lda, number* b, int ldb);
+void scale2(int m, int n, number* a, int lda, const number* d);
+void scale2t(int m, int n, number* a, int lda, const number* d);
+void scale_low(int n, number* a, int lda, const number* d);
+void scale_low2(int n, number* a, int lda);
+
+} // namespace reference
