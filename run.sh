@@ -11,5 +11,5 @@ done
 cd "$(dirname "$0")"
 . scripts/prepare.sh
 install_packages build >&2
-build build -DBLA_BUILD_TESTS=OFF >&2
+build build -DBLA_BUILD_TESTS=OFF -DBLA_WERROR=ON >&2
 exec build/bin/bla_solve "${arguments[@]}"
