@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "beam.h"
+
+#include <string>
+
+enum class Method { automatic, symmetric, unsymmetric };
+
+struct Options
+{
+    std::string matrix; // empty: the beam
+    BeamMesh beam;
+    Method method = Method::automatic;
+    double tolerance = 1e-14;
+    int nb = 0;      // 0: by the size of the front
+    int threads = 0; // 0: as the BLAS library has it
+    int refinements = 10;
+    std::string rhs = "ones"; // "ones", "random" or a file
+    int columns = 1;
+    std::string vtk = "beam.vtu"; // empty: none
+    std::string solution;         // empty: not written
+    bool json = false;
+    bool help = false;
+};
+
+extern const char* const helpText;
+
+// Throws InputError for anything that makes no sense.
+Options parseOptions(int argc, char** argv);

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "sparse_matrix.h"
+
+#include <algorithm>
+#include <cmath>
+
+SparseMatrix fromTriplets(int n, std::vector<Triplet> entries)
+{
+    std::stable_sort(entries.begin(), entries.end(), [](const Triplet& x, const Triplet& y) {
+        return x.row != y.row ? x.row < y.row : x.column < y.column;
+    });
+    SparseMatrix a;
+    a.n = n;
+    a.start.assign(n + 1, 0);
+    a.column.reserve(entries.size());
+    a.value.reserve(entries.size());
+    for (std::size_t e = 0; e < entries.size(); ++e) {
+        const Triplet& t = entries[e];
+        if (e > 0 && entries[e - 1].row == t.row && entries[e - 1].column == t.column) {
+            a.value.back() += t.value;
+            continue;
+        }
+        a.column.push_back(t.column);
+        a.value.push_back(t.value);
+        ++a.start[t.row + 1];
+    }
+    for (int i = 0; i < n; ++i)
+        a.start[i + 1] += a.start[i];
+    return a;
+}
+
+SparseMatrix transposed(const SparseMatrix& a)
+{
+    SparseMatrix t;
+    t.n = a.n;
+    t.symmetric = a.symmetric;
+    t.start.assign(a.n + 1, 0);
+    t.column.resize(a.entries());
+    t.value.resize(a.entries());
+    for (int j : a.column)
+        ++t.start[j + 1];
+    for (int i = 0; i < a.n; ++i)
+        t.start[i + 1] += t.start[i];
+    std::vector<int> next(t.start.begin(), t.start.end() - 1);
+    for (int i = 0; i < a.n; ++i)
+        for (int p = a.start[i]; p < a.start[i + 1]; ++p) {
+            const int q = next[a.column[p]]++;
+            t.column[q] = i;
+            t.value[q] = a.value[p];
+        }
+    return t;
+}
+
+bool equal(const SparseMatrix& a, const SparseMatrix& b)
+{
+    return a.start == b.start && a.column == b.column && a.value == b.value;
+}
+
+double normInf(const SparseMatrix& a)
+{
+    double norm = 0.0;
+    for (int i = 0; i < a.n; ++i) {
+        double sum = 0.0;
+        for (int p = a.start[i]; p < a.start[i + 1]; ++p)
+            sum += std::fabs(a.value[p]);
+        norm = std::max(norm, sum);
+    }
+    return norm;
+}
+
+void multiply(const SparseMatrix& a, const double* x, double* y, int columns)
+{
+    for (int k = 0; k < columns; ++k)
+        for (int i = 0; i < a.n; ++i) {
+            double sum = 0.0;
+            for (int p = a.start[i]; p < a.start[i + 1]; ++p)
+                sum += a.value[p] * x[a.column[p] + static_cast<std::size_t>(k) * a.n];
+            y[i + static_cast<std::size_t>(k) * a.n] = sum;
+        }
+}
