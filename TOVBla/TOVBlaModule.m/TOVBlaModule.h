@@ -446,7 +446,39 @@ extern "C" {
 
 /* -------------------------------------------------------------------------------------------------------------
  */
-/* @SPARSE@ */
+/**
+ * @defgroup sparse Sparse products
+ *
+ * Products of a sparse matrix A, m × n, or of its transpose, with blocks of dense vectors.
+ *
+ * **Storage of A.** Compressed rows, and here everything counts from zero: the entries of row i = 0..m-1 are
+ * a[p], in column ja[p] = 0..n-1, for the offsets p = ia[i]..ia[i+1]-1. ia[0] need not be 0. A row with
+ * ia[i+1] <= ia[i] is empty. Columns need not be in order within a row, and may repeat. Nothing of this is
+ * checked.
+ *
+ * The dense matrices have their row count as leading dimension. Each column of the result is the same whatever
+ * columns stand beside it.
+ * @{
+ */
+
+/**
+ * Y := A·X.
+ *
+ * y(i,k) is the sum, from +0 on and in storage order, of a[p]·x(ja[p],k) over the entries of row i. All of Y is
+ * written, empty rows get +0; what Y held before is not read.
+ * @param a    [largest offset + 1] values of the entries, in
+ * @param x    [n × nrhs] in
+ * @param ia   [m + 1] row pointers, in
+ * @param ja   [largest offset + 1] column numbers, in
+ * @param y    [m × nrhs] out; untouched when m < 1 or nrhs < 1
+ * @param m    rows of A
+ * @param n    columns of A; serves only as the leading dimension of x
+ * @param nrhs columns of X and Y
+ */
+void blac_sparse_umv_(const double* a, const double* x, const int* ia, const int* ja, double* y, const int* m,
+                      const int* n, const int* nrhs);
+
+/** @} */
 
 #ifdef __cplusplus
 }

@@ -19,4 +19,9 @@ void scale2t(int m, int n, number* a, int lda, const number* d);
 void scale_low(int n, number* a, int lda, const number* d);
 void scale_low2(int n, number* a, int lda);
 
+// sparse.cpp
+typedef int integer __attribute__((aligned(1)));
+void sparse_umv(const number* a, const number* x, const integer* ia, const integer* ja, number* y, int m,
+                int n, int nrhs);
+
 } // namespace reference

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "real.h"
+
+/// An index in a caller's array, which may start at any byte address.
+typedef int integer __attribute__((aligned(1)));
+
+/// A sparse matrix by rows, counted from zero: entries start[i]..start[i+1]-1 belong to row i, entry p has
+/// value[p] in column column[p]. A row that ends where it starts, or before, is empty.
+struct CompressedRows
+{
+    const integer* start;
+    const integer* column;
+    const real* value;
+};
+
+/// A number that the compiler knows.
+template <int N>
+struct Width
+{
+    static constexpr int value = N;
+};
+
+/// Cuts nrhs columns into blocks of eight and one narrower last block: calls block(Width<w>(), k) for each
+/// block of columns k..k+w-1, left to right.
+template <class Block>
+BLA_BODY void for_column_blocks(int64_t nrhs, Block block)
+{
+    int64_t k = 0;
+    for (; k + 8 <= nrhs; k += 8)
+        block(Width<8>(), k);
+    switch (nrhs - k) {
+    case 1:
+        return block(Width<1>(), k);
+    case 2:
+        return block(Width<2>(), k);
+    case 3:
+        return block(Width<3>(), k);
+    case 4:
+        return block(Width<4>(), k);
+    case 5:
+        return block(Width<5>(), k);
+    case 6:
+        return block(Width<6>(), k);
+    case 7:
+        return block(Width<7>(), k);
+    }
+}
