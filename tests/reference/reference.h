@@ -24,4 +24,10 @@ typedef int integer __attribute__((aligned(1)));
 void sparse_umv(const number* a, const number* x, const integer* ia, const integer* ja, number* y, int m,
                 int n, int nrhs);
 
+// products.cpp: they end in the library's dgemm_, like the kernels
+void dgemm_scaled(char transa, char transb, int m, int n, int k, double alpha, const number* a, int lda,
+                  const number* b, int ldb, double beta, number* c, int ldc, const number* d, int ldd);
+void dsyrk_scaled(int nb, int n, int k, double alpha, const number* a, int lda, const number* b, int ldb,
+                  double beta, number* c, int ldc, const number* d, int ldd);
+
 } // namespace reference
