@@ -31,7 +31,8 @@
  * because a factor is zero.
  *
  * **Threads.** Every routine but the lifecycle calls may run at the same time on distinct output arrays. No
- * routine keeps anything between calls.
+ * routine keeps anything between calls (blac_zdotc_ and blac_zladiv_ remember how the library beneath returns
+ * complex values).
  */
 #ifndef TOVBLAMODULE_H
 #define TOVBLAMODULE_H
@@ -132,17 +133,248 @@ extern "C" {
  * @{
  */
 
+/** @name Level 1: vectors
+ * @{ */
+
+/** Sum of the absolute values: returns Σ |x(i)|. */
+double blac_dasum_(const int* n, const double* x, const int* incx);
+
+/**
+ * y := a·x + b·y.
+ *
+ * An extension: where the library has no `daxpby_`, the module forms the sum itself, each operation rounded
+ * once.
+ */
+void blac_daxpby_(const int* n, const double* a, const double* x, const int* incx, const double* b, double* y,
+                  const int* incy);
+
+/** y := a·x + y. */
+void blac_daxpy_(const int* n, const double* a, const double* x, const int* incx, double* y, const int* incy);
+
+/** y := x. */
+void blac_dcopy_(const int* n, const double* x, const int* incx, double* y, const int* incy);
+
+/** Returns xᵀ·y. */
+double blac_ddot_(const int* n, const double* x, const int* incx, const double* y, const int* incy);
+
+/** Returns the Euclidean norm of x. */
+double blac_dnrm2_(const int* n, const double* x, const int* incx);
+
+/** Plane rotation: x := c·x + s·y, y := c·y - s·x, with the old x in both. */
+void blac_drot_(const int* n, double* x, const int* incx, double* y, const int* incy, const double* c,
+                const double* s);
+
+/** x := a·x. */
+void blac_dscal_(const int* n, const double* a, double* x, const int* incx);
+
+/** Exchanges x and y. */
+void blac_dswap_(const int* n, double* x, const int* incx, double* y, const int* incy);
+
+/** Returns the first index, from 1, of the largest |x(i)|; 0 for n < 1. */
+int blac_idamax_(const int* n, const double* x, const int* incx);
+
+/** Returns the first index, from 1, of the largest |Re x(i)| + |Im x(i)|; 0 for n < 1. */
+int blac_izamax_(const int* n, const blac_complex* x, const int* incx);
+
+/** y := a·x + y, complex. */
+void blac_zaxpy_(const int* n, const blac_complex* a, const blac_complex* x, const int* incx, blac_complex* y,
+                 const int* incy);
+
+/** y := x, complex. */
+void blac_zcopy_(const int* n, const blac_complex* x, const int* incx, blac_complex* y, const int* incy);
+
+/** x := a·x, x complex, a real. */
+void blac_zdscal_(const int* n, const double* a, blac_complex* x, const int* incx);
+
+/** x := a·x, complex. */
+void blac_zscal_(const int* n, const blac_complex* a, blac_complex* x, const int* incx);
+
+/** Exchanges x and y, complex. */
+void blac_zswap_(const int* n, blac_complex* x, const int* incx, blac_complex* y, const int* incy);
+
+/**
+ * result := Σ conj(zx(i))·zy(i).
+ *
+ * Libraries return complex values in registers or through a hidden first argument; both give the same here.
+ * Which one it is shows in a trial call, made by the first call in the process.
+ * @param result out: where Fortran callers of this module pass the address of a complex function's result
+ */
+void blac_zdotc_(blac_complex* result, const int* n, const blac_complex* zx, const int* incx,
+                 const blac_complex* zy, const int* incy);
+
+/**
+ * result := the first four bytes of what `zdotu_` returns, read as single precision, + 0i.
+ *
+ * This is not the product Σ zx(i)·zy(i): `zdotu_` is called as a function of single-precision result, with
+ * the five arguments alone, and the imaginary part is set to 0. With a library that returns complex values
+ * through a hidden first argument the arguments stand at the wrong place: do not call it there. Use
+ * blac_zgemv_ for the product.
+ * @param result out, as in blac_zdotc_
+ */
+void blac_zdotu_(blac_complex* result, const int* n, const blac_complex* zx, const int* incx,
+                 const blac_complex* zy, const int* incy);
+
+/**
+ * |Re z| + |Im z|, read as single precision.
+ *
+ * Of this and the next two routines the library's double result is taken as a single-precision one and
+ * widened: the low 32 bits of the double decide, and any result whose low 32 bits are zero (0.5, 1.0, 2.0
+ * ...) comes out as 0.0. Use blac_zlange_ for norms.
+ */
+double blac_dcabs1_(const blac_complex* z);
+
+/** Σ |Re zx(i)| + |Im zx(i)|, read as single precision like blac_dcabs1_. */
+double blac_dzasum_(const int* n, const blac_complex* zx, const int* incx);
+
+/** The Euclidean norm of x, read as single precision like blac_dcabs1_. */
+double blac_dznrm2_(const int* n, const blac_complex* x, const int* incx);
+
+/** @} */
+
+/** @name Level 2: matrix and vector
+ * @{ */
+
+/** y := alpha·op(A)·x + beta·y, A general m × n. */
+void blac_dgemv_(const char* trans, const int* m, const int* n, const double* alpha, const double* a,
+                 const int* lda, const double* x, const int* incx, const double* beta, double* y,
+                 const int* incy);
+
+/** A := alpha·x·yᵀ + A, A general m × n. */
+void blac_dger_(const int* m, const int* n, const double* alpha, const double* x, const int* incx,
+                const double* y, const int* incy, double* a, const int* lda);
+
+/** y := alpha·A·x + beta·y, A symmetric with k off-diagonals, in band storage. */
+void blac_dsbmv_(const char* uplo, const int* n, const int* k, const double* alpha, const double* a,
+                 const int* lda, const double* x, const int* incx, const double* beta, double* y,
+                 const int* incy);
+
+/** y := alpha·A·x + beta·y, A symmetric, one triangle packed. */
+void blac_dspmv_(const char* uplo, const int* n, const double* alpha, const double* ap, const double* x,
+                 const int* incx, const double* beta, double* y, const int* incy);
+
+/** A := alpha·x·xᵀ + A, A symmetric, one triangle packed. */
+void blac_dspr_(const char* uplo, const int* n, const double* alpha, const double* x, const int* incx,
+                double* ap);
+
+/** A := alpha·x·yᵀ + alpha·y·xᵀ + A, A symmetric, one triangle packed. */
+void blac_dspr2_(const char* uplo, const int* n, const double* alpha, const double* x, const int* incx,
+                 const double* y, const int* incy, double* ap);
+
+/** y := alpha·A·x + beta·y, A symmetric, one triangle read. */
+void blac_dsymv_(const char* uplo, const int* n, const double* alpha, const double* a, const int* lda,
+                 const double* x, const int* incx, const double* beta, double* y, const int* incy);
+
+/** A := alpha·x·xᵀ + A, A symmetric, one triangle updated. */
+void blac_dsyr_(const char* uplo, const int* n, const double* alpha, const double* x, const int* incx,
+                double* a, const int* lda);
+
+/** A := alpha·x·yᵀ + alpha·y·xᵀ + A, A symmetric, one triangle updated. */
+void blac_dsyr2_(const char* uplo, const int* n, const double* alpha, const double* x, const int* incx,
+                 const double* y, const int* incy, double* a, const int* lda);
+
+/** x := op(A)·x, A triangular, packed. */
+void blac_dtpmv_(const char* uplo, const char* trans, const char* diag, const int* n, const double* ap,
+                 double* x, const int* incx);
+
+/** x := op(A)⁻¹·x, A triangular, packed. */
+void blac_dtpsv_(const char* uplo, const char* trans, const char* diag, const int* n, const double* ap,
+                 double* x, const int* incx);
+
+/** x := op(A)·x, A triangular. */
+void blac_dtrmv_(const char* uplo, const char* trans, const char* diag, const int* n, const double* a,
+                 const int* lda, double* x, const int* incx);
+
+/** x := op(A)⁻¹·x, A triangular. */
+void blac_dtrsv_(const char* uplo, const char* trans, const char* diag, const int* n, const double* a,
+                 const int* lda, double* x, const int* incx);
+
+/** y := alpha·op(A)·x + beta·y, complex, A general m × n. */
+void blac_zgemv_(const char* trans, const int* m, const int* n, const blac_complex* alpha,
+                 const blac_complex* a, const int* lda, const blac_complex* x, const int* incx,
+                 const blac_complex* beta, blac_complex* y, const int* incy);
+
+/** A := alpha·x·yᴴ + A, complex. */
+void blac_zgerc_(const int* m, const int* n, const blac_complex* alpha, const blac_complex* x,
+                 const int* incx, const blac_complex* y, const int* incy, blac_complex* a, const int* lda);
+
+/** A := alpha·x·yᵀ + A, complex. */
+void blac_zgeru_(const int* m, const int* n, const blac_complex* alpha, const blac_complex* x,
+                 const int* incx, const blac_complex* y, const int* incy, blac_complex* a, const int* lda);
+
+/** x := op(A)·x, complex, A triangular. */
+void blac_ztrmv_(const char* uplo, const char* trans, const char* diag, const int* n, const blac_complex* a,
+                 const int* lda, blac_complex* x, const int* incx);
+
+/** x := op(A)⁻¹·x, complex, A triangular. */
+void blac_ztrsv_(const char* uplo, const char* trans, const char* diag, const int* n, const blac_complex* a,
+                 const int* lda, blac_complex* x, const int* incx);
+
+/** @} */
+
+/** @name Level 3: matrix and matrix
+ * @{ */
+
+/** C := alpha·op(A)·op(B) + beta·C. */
 void blac_dgemm_(const char* transa, const char* transb, const int* m, const int* n, const int* k,
                  const double* alpha, const double* a, const int* lda, const double* b, const int* ldb,
                  const double* beta, double* c, const int* ldc);
 
+/** C := alpha·A·B + beta·C or alpha·B·A + beta·C, A symmetric. */
+void blac_dsymm_(const char* side, const char* uplo, const int* m, const int* n, const double* alpha,
+                 const double* a, const int* lda, const double* b, const int* ldb, const double* beta,
+                 double* c, const int* ldc);
+
+/** C := alpha·A·Aᵀ + beta·C or alpha·Aᵀ·A + beta·C, one triangle of C. */
+void blac_dsyrk_(const char* uplo, const char* trans, const int* n, const int* k, const double* alpha,
+                 const double* a, const int* lda, const double* beta, double* c, const int* ldc);
+
+/** C := alpha·A·Bᵀ + alpha·B·Aᵀ + beta·C or with AᵀB + BᵀA, one triangle of C. */
+void blac_dsyr2k_(const char* uplo, const char* trans, const int* n, const int* k, const double* alpha,
+                  const double* a, const int* lda, const double* b, const int* ldb, const double* beta,
+                  double* c, const int* ldc);
+
+/** B := alpha·op(A)·B or alpha·B·op(A), A triangular. */
 void blac_dtrmm_(const char* side, const char* uplo, const char* transa, const char* diag, const int* m,
                  const int* n, const double* alpha, const double* a, const int* lda, double* b,
                  const int* ldb);
 
+/** B := alpha·op(A)⁻¹·B or alpha·B·op(A)⁻¹, A triangular. */
 void blac_dtrsm_(const char* side, const char* uplo, const char* transa, const char* diag, const int* m,
                  const int* n, const double* alpha, const double* a, const int* lda, double* b,
                  const int* ldb);
+
+/** C := alpha·op(A)·op(B) + beta·C, complex. */
+void blac_zgemm_(const char* transa, const char* transb, const int* m, const int* n, const int* k,
+                 const blac_complex* alpha, const blac_complex* a, const int* lda, const blac_complex* b,
+                 const int* ldb, const blac_complex* beta, blac_complex* c, const int* ldc);
+
+/** B := alpha·op(A)·B or alpha·B·op(A), complex, A triangular. */
+void blac_ztrmm_(const char* side, const char* uplo, const char* transa, const char* diag, const int* m,
+                 const int* n, const blac_complex* alpha, const blac_complex* a, const int* lda,
+                 blac_complex* b, const int* ldb);
+
+/** B := alpha·op(A)⁻¹·B or alpha·B·op(A)⁻¹, complex, A triangular. */
+void blac_ztrsm_(const char* side, const char* uplo, const char* transa, const char* diag, const int* m,
+                 const int* n, const blac_complex* alpha, const blac_complex* a, const int* lda,
+                 blac_complex* b, const int* ldb);
+
+/** @} */
+
+/** @name Options and errors
+ * @{ */
+
+/** Logical: the first characters of ca and cb are the same letter, case aside. */
+int blac_lsame_(const char* ca, const char* cb);
+
+/**
+ * Reports a bad argument through the library's error handler, in the library's words; some libraries end the
+ * process there.
+ * @param srname [6] name of the routine: exactly six characters are read, pad it with blanks
+ * @param info   number of the argument, from 1
+ */
+void blac_xerbla_(const char* srname, const int* info);
+
+/** @} */
 
 /** @} */
 

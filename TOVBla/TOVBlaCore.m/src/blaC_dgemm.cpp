@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+// C := alpha·op(A)·op(B) + beta·C.
 #include "facade.h"
 
 extern "C" void dgemm_(const char* transa, const char* transb, const int* m, const int* n, const int* k,

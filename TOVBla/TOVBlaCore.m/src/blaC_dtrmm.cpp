@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+// B := alpha·op(A)·B or alpha·B·op(A), A triangular.
 #include "facade.h"
 
 extern "C" void dtrmm_(const char* side, const char* uplo, const char* transa, const char* diag, const int* m,

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+// B := alpha·op(A)⁻¹·B or alpha·B·op(A)⁻¹, A triangular.
 #include "facade.h"
 
 extern "C" void dtrsm_(const char* side, const char* uplo, const char* transa, const char* diag, const int* m,

@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// x := a·x.
+#include "facade.h"
+
+extern "C" void dscal_(const int* n, const double* a, double* x, const int* incx);
+
+BLA_EXPORT void blac_dscal_(const int* n, const double* a, double* x, const int* incx)
+{
+    dscal_(n, a, x, incx);
+}

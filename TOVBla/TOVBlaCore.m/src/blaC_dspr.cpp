@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// A := alpha·x·xᵀ + A, A symmetric, one triangle packed.
+#include "facade.h"
+
+extern "C" void dspr_(const char* uplo, const int* n, const double* alpha, const double* x, const int* incx,
+                      double* ap, std::size_t);
+
+BLA_EXPORT void blac_dspr_(const char* uplo, const int* n, const double* alpha, const double* x,
+                           const int* incx, double* ap)
+{
+    dspr_(uplo, n, alpha, x, incx, ap, 1);
+}

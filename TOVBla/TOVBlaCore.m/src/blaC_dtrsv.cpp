@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// x := op(A)⁻¹·x, A triangular.
+#include "facade.h"
+
+extern "C" void dtrsv_(const char* uplo, const char* trans, const char* diag, const int* n, const double* a,
+                       const int* lda, double* x, const int* incx, std::size_t, std::size_t, std::size_t);
+
+BLA_EXPORT void blac_dtrsv_(const char* uplo, const char* trans, const char* diag, const int* n,
+                            const double* a, const int* lda, double* x, const int* incx)
+{
+    dtrsv_(uplo, trans, diag, n, a, lda, x, incx, 1, 1, 1);
+}

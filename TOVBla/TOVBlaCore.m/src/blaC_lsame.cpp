@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Logical: the first characters of ca and cb are the same letter, case aside.
+#include "facade.h"
+
+extern "C" int lsame_(const char* ca, const char* cb, std::size_t, std::size_t);
+
+BLA_EXPORT int blac_lsame_(const char* ca, const char* cb)
+{
+    return lsame_(ca, cb, 1, 1);
+}

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// y := a·x + y, complex.
+#include "facade.h"
+
+extern "C" void zaxpy_(const int* n, const blac_complex* a, const blac_complex* x, const int* incx,
+                       blac_complex* y, const int* incy);
+
+BLA_EXPORT void blac_zaxpy_(const int* n, const blac_complex* a, const blac_complex* x, const int* incx,
+                            blac_complex* y, const int* incy)
+{
+    zaxpy_(n, a, x, incx, y, incy);
+}

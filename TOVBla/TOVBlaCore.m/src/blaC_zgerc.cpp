@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// A := alpha·x·yᴴ + A, complex.
+#include "facade.h"
+
+extern "C" void zgerc_(const int* m, const int* n, const blac_complex* alpha, const blac_complex* x,
+                       const int* incx, const blac_complex* y, const int* incy, blac_complex* a,
+                       const int* lda);
+
+BLA_EXPORT void blac_zgerc_(const int* m, const int* n, const blac_complex* alpha, const blac_complex* x,
+                            const int* incx, const blac_complex* y, const int* incy, blac_complex* a,
+                            const int* lda)
+{
+    zgerc_(m, n, alpha, x, incx, y, incy, a, lda);
+}

@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Exchanges x and y, complex.
+#include "facade.h"
+
+extern "C" void zswap_(const int* n, blac_complex* x, const int* incx, blac_complex* y, const int* incy);
+
+BLA_EXPORT void blac_zswap_(const int* n, blac_complex* x, const int* incx, blac_complex* y, const int* incy)
+{
+    zswap_(n, x, incx, y, incy);
+}
