@@ -380,7 +380,478 @@ void blac_xerbla_(const char* srname, const int* info);
 
 /* -------------------------------------------------------------------------------------------------------------
  */
-/* @LAPACK@ */
+/**
+ * @defgroup lapack LAPACK
+ *
+ * One entry point `blac_name_` for each LAPACK routine `name_`, on the same terms as the BLAS ones: the same
+ * arguments in the same order, hidden lengths of 1. The library's own manual describes the arguments;
+ * logicals are passed as `int`. Arrays that the library changes for the duration of a call, and restores, are
+ * not const. Status comes back in info, as the library sets it.
+ * @{
+ */
+
+/** @name Linear systems
+ * @{ */
+
+/** Solves A·X = B by LU with partial pivoting. */
+void blac_dgesv_(const int* n, const int* nrhs, double* a, const int* lda, int* ipiv, double* b,
+                 const int* ldb, int* info);
+
+/** A = P·L·U of a general m × n matrix. */
+void blac_dgetrf_(const int* m, const int* n, double* a, const int* lda, int* ipiv, int* info);
+
+/** Solves op(A)·X = B from the factors of dgetrf. */
+void blac_dgetrs_(const char* trans, const int* n, const int* nrhs, const double* a, const int* lda,
+                  const int* ipiv, double* b, const int* ldb, int* info);
+
+/** A⁻¹ from the factors of dgetrf. */
+void blac_dgetri_(const int* n, double* a, const int* lda, const int* ipiv, double* work, const int* lwork,
+                  int* info);
+
+/** Solves A·X = B for a band matrix. */
+void blac_dgbsv_(const int* n, const int* kl, const int* ku, const int* nrhs, double* ab, const int* ldab,
+                 int* ipiv, double* b, const int* ldb, int* info);
+
+/** Cholesky factor of a symmetric positive definite matrix. */
+void blac_dpotrf_(const char* uplo, const int* n, double* a, const int* lda, int* info);
+
+/** Solves A·X = B, A positive definite and packed, by Cholesky. */
+void blac_dppsv_(const char* uplo, const int* n, const int* nrhs, double* ap, double* b, const int* ldb,
+                 int* info);
+
+/** Cholesky factor of a packed positive definite matrix. */
+void blac_dpptrf_(const char* uplo, const int* n, double* ap, int* info);
+
+/** A⁻¹ from the factor of dpptrf. */
+void blac_dpptri_(const char* uplo, const int* n, double* ap, int* info);
+
+/** Solves A·X = B from the factor of dpptrf. */
+void blac_dpptrs_(const char* uplo, const int* n, const int* nrhs, const double* ap, double* b,
+                  const int* ldb, int* info);
+
+/** Solves A·X = B, A symmetric indefinite, by pivoted LDLᵀ. */
+void blac_dsysv_(const char* uplo, const int* n, const int* nrhs, double* a, const int* lda, int* ipiv,
+                 double* b, const int* ldb, double* work, const int* lwork, int* info);
+
+/** Pivoted LDLᵀ of a symmetric matrix (1 × 1 and 2 × 2 pivots). */
+void blac_dsytrf_(const char* uplo, const int* n, double* a, const int* lda, int* ipiv, double* work,
+                  const int* lwork, int* info);
+
+/** Solves A·X = B from the factors of dsytrf. */
+void blac_dsytrs_(const char* uplo, const int* n, const int* nrhs, const double* a, const int* lda,
+                  const int* ipiv, double* b, const int* ldb, int* info);
+
+/** Inverse of a packed triangular matrix. */
+void blac_dtptri_(const char* uplo, const char* diag, const int* n, double* ap, int* info);
+
+/** Inverse of a triangular matrix, unblocked. */
+void blac_dtrti2_(const char* uplo, const char* diag, const int* n, double* a, const int* lda, int* info);
+
+/** Inverse of a triangular matrix. */
+void blac_dtrtri_(const char* uplo, const char* diag, const int* n, double* a, const int* lda, int* info);
+
+/** Solves a 1 × 1 or 2 × 2 system (ca·A - w·D)·X = scale·B; ltrans is a logical. */
+void blac_dlaln2_(const int* ltrans, const int* na, const int* nw, const double* smin, const double* ca,
+                  const double* a, const int* lda, const double* d1, const double* d2, const double* b,
+                  const int* ldb, const double* wr, const double* wi, double* x, const int* ldx,
+                  double* scale, double* xnorm, int* info);
+
+/** dgesv, complex. */
+void blac_zgesv_(const int* n, const int* nrhs, blac_complex* a, const int* lda, int* ipiv, blac_complex* b,
+                 const int* ldb, int* info);
+
+/** dgetrf, complex. */
+void blac_zgetrf_(const int* m, const int* n, blac_complex* a, const int* lda, int* ipiv, int* info);
+
+/** dgetrs, complex. */
+void blac_zgetrs_(const char* trans, const int* n, const int* nrhs, const blac_complex* a, const int* lda,
+                  const int* ipiv, blac_complex* b, const int* ldb, int* info);
+
+/** dsysv, complex symmetric (A = Aᵀ). */
+void blac_zsysv_(const char* uplo, const int* n, const int* nrhs, blac_complex* a, const int* lda, int* ipiv,
+                 blac_complex* b, const int* ldb, blac_complex* work, const int* lwork, int* info);
+
+/** Solves op(A)·x = scale·b, A complex triangular, with scaling against overflow. */
+void blac_zlatrs_(const char* uplo, const char* trans, const char* diag, const char* normin, const int* n,
+                  const blac_complex* a, const int* lda, blac_complex* x, double* scale, double* cnorm,
+                  int* info);
+
+/** Solves op(A)·X = B, A complex triangular, with a check for singularity. */
+void blac_ztrtrs_(const char* uplo, const char* trans, const char* diag, const int* n, const int* nrhs,
+                  const blac_complex* a, const int* lda, blac_complex* b, const int* ldb, int* info);
+
+/** @} */
+
+/** @name Least squares and singular values
+ * @{ */
+
+/** Minimum-norm least squares by the singular value decomposition. */
+void blac_dgelss_(const int* m, const int* n, const int* nrhs, double* a, const int* lda, double* b,
+                  const int* ldb, double* s, const double* rcond, int* rank, double* work, const int* lwork,
+                  int* info);
+
+/** A = U·diag(s)·Vᵀ, divide and conquer. */
+void blac_dgesdd_(const char* jobz, const int* m, const int* n, double* a, const int* lda, double* s,
+                  double* u, const int* ldu, double* vt, const int* ldvt, double* work, const int* lwork,
+                  int* iwork, int* info);
+
+/** A = U·diag(s)·Vᵀ. */
+void blac_dgesvd_(const char* jobu, const char* jobvt, const int* m, const int* n, double* a, const int* lda,
+                  double* s, double* u, const int* ldu, double* vt, const int* ldvt, double* work,
+                  const int* lwork, int* info);
+
+/** @} */
+
+/** @name Orthogonal factors
+ * @{ */
+
+/** A = Q·R. */
+void blac_dgeqrf_(const int* m, const int* n, double* a, const int* lda, double* tau, double* work,
+                  const int* lwork, int* info);
+
+/** Q of dgeqrf, formed. */
+void blac_dorgqr_(const int* m, const int* n, const int* k, double* a, const int* lda, const double* tau,
+                  double* work, const int* lwork, int* info);
+
+/** Multiplies C by Q of dgehrd; a is changed during the call and restored. */
+void blac_dormhr_(const char* side, const char* trans, const int* m, const int* n, const int* ilo,
+                  const int* ihi, double* a, const int* lda, const double* tau, double* c, const int* ldc,
+                  double* work, const int* lwork, int* info);
+
+/** Multiplies C by Q of dsytrd; a is changed during the call and restored. */
+void blac_dormtr_(const char* side, const char* uplo, const char* trans, const int* m, const int* n,
+                  double* a, const int* lda, const double* tau, double* c, const int* ldc, double* work,
+                  const int* lwork, int* info);
+
+/** Applies a block reflector to C. */
+void blac_dlarfb_(const char* side, const char* trans, const char* direct, const char* storev, const int* m,
+                  const int* n, const int* k, const double* v, const int* ldv, const double* t,
+                  const int* ldt, double* c, const int* ldc, double* work, const int* ldwork);
+
+/** Generates an elementary reflector. */
+void blac_dlarfg_(const int* n, double* alpha, double* x, const int* incx, double* tau);
+
+/** Triangular factor T of a block reflector; older libraries change v during the call. */
+void blac_dlarft_(const char* direct, const char* storev, const int* n, const int* k, double* v,
+                  const int* ldv, const double* tau, double* t, const int* ldt);
+
+/** Applies a complex elementary reflector to C. */
+void blac_zlarf_(const char* side, const int* m, const int* n, const blac_complex* v, const int* incv,
+                 const blac_complex* tau, blac_complex* c, const int* ldc, blac_complex* work);
+
+/** dlarfb, complex. */
+void blac_zlarfb_(const char* side, const char* trans, const char* direct, const char* storev, const int* m,
+                  const int* n, const int* k, const blac_complex* v, const int* ldv, const blac_complex* t,
+                  const int* ldt, blac_complex* c, const int* ldc, blac_complex* work, const int* ldwork);
+
+/** dlarfg, complex. */
+void blac_zlarfg_(const int* n, blac_complex* alpha, blac_complex* x, const int* incx, blac_complex* tau);
+
+/** dlarft, complex. */
+void blac_zlarft_(const char* direct, const char* storev, const int* n, const int* k, blac_complex* v,
+                  const int* ldv, const blac_complex* tau, blac_complex* t, const int* ldt);
+
+/** Q of a complex QR factorisation, formed, unblocked. */
+void blac_zung2r_(const int* m, const int* n, const int* k, blac_complex* a, const int* lda,
+                  const blac_complex* tau, blac_complex* work, int* info);
+
+/** Q of zgehrd, formed. */
+void blac_zunghr_(const int* n, const int* ilo, const int* ihi, blac_complex* a, const int* lda,
+                  const blac_complex* tau, blac_complex* work, const int* lwork, int* info);
+
+/** Q of a complex QR factorisation, formed. */
+void blac_zungqr_(const int* m, const int* n, const int* k, blac_complex* a, const int* lda,
+                  const blac_complex* tau, blac_complex* work, const int* lwork, int* info);
+
+/** Q of a complex RQ factorisation, formed, unblocked. */
+void blac_zungr2_(const int* m, const int* n, const int* k, blac_complex* a, const int* lda,
+                  const blac_complex* tau, blac_complex* work, int* info);
+
+/** Multiplies C by Q of a complex QR factorisation, unblocked; a is changed during the call and restored. */
+void blac_zunm2r_(const char* side, const char* trans, const int* m, const int* n, const int* k,
+                  blac_complex* a, const int* lda, const blac_complex* tau, blac_complex* c, const int* ldc,
+                  blac_complex* work, int* info);
+
+/** Multiplies C by Q of zgehrd; a is changed during the call and restored. */
+void blac_zunmhr_(const char* side, const char* trans, const int* m, const int* n, const int* ilo,
+                  const int* ihi, blac_complex* a, const int* lda, const blac_complex* tau, blac_complex* c,
+                  const int* ldc, blac_complex* work, const int* lwork, int* info);
+
+/** Multiplies C by Q of a complex QR factorisation; a is changed during the call and restored. */
+void blac_zunmqr_(const char* side, const char* trans, const int* m, const int* n, const int* k,
+                  blac_complex* a, const int* lda, const blac_complex* tau, blac_complex* c, const int* ldc,
+                  blac_complex* work, const int* lwork, int* info);
+
+/** @} */
+
+/** @name Symmetric eigenvalues
+ * @{ */
+
+/** Eigenvalues w and, if asked, eigenvectors of a symmetric matrix. */
+void blac_dsyev_(const char* jobz, const char* uplo, const int* n, double* a, const int* lda, double* w,
+                 double* work, const int* lwork, int* info);
+
+/** Selected eigenvalues and eigenvectors of a symmetric matrix. */
+void blac_dsyevx_(const char* jobz, const char* range, const char* uplo, const int* n, double* a,
+                  const int* lda, const double* vl, const double* vu, const int* il, const int* iu,
+                  const double* abstol, int* m, double* w, double* z, const int* ldz, double* work,
+                  const int* lwork, int* iwork, int* ifail, int* info);
+
+/** dsyevx for packed storage. */
+void blac_dspevx_(const char* jobz, const char* range, const char* uplo, const int* n, double* ap,
+                  const double* vl, const double* vu, const int* il, const int* iu, const double* abstol,
+                  int* m, double* w, double* z, const int* ldz, double* work, int* iwork, int* ifail,
+                  int* info);
+
+/** Eigenvalues and eigenvectors of A·x = λ·B·x and its kin, B positive definite. */
+void blac_dsygv_(const int* itype, const char* jobz, const char* uplo, const int* n, double* a,
+                 const int* lda, double* b, const int* ldb, double* w, double* work, const int* lwork,
+                 int* info);
+
+/** Reduces A·x = λ·B·x to standard form, with B factorised by dpotrf. */
+void blac_dsygst_(const int* itype, const char* uplo, const int* n, double* a, const int* lda,
+                  const double* b, const int* ldb, int* info);
+
+/** Reduces a symmetric matrix to tridiagonal form. */
+void blac_dsytrd_(const char* uplo, const int* n, double* a, const int* lda, double* d, double* e,
+                  double* tau, double* work, const int* lwork, int* info);
+
+/** One panel of dsytrd. */
+void blac_dlatrd_(const char* uplo, const int* n, const int* nb, double* a, const int* lda, double* e,
+                  double* tau, double* w, const int* ldw);
+
+/** Eigenvalues and eigenvectors of a symmetric tridiagonal matrix. */
+void blac_dsteqr_(const char* compz, const int* n, double* d, double* e, double* z, const int* ldz,
+                  double* work, int* info);
+
+/** Selected eigenvalues and eigenvectors of a symmetric tridiagonal matrix; tryrac is a logical. */
+void blac_dstemr_(const char* jobz, const char* range, const int* n, double* d, double* e, const double* vl,
+                  const double* vu, const int* il, const int* iu, int* m, double* w, double* z,
+                  const int* ldz, const int* nzc, int* isuppz, int* tryrac, double* work, const int* lwork,
+                  int* iwork, const int* liwork, int* info);
+
+/** Driver of dstemr. */
+void blac_dstevr_(const char* jobz, const char* range, const int* n, double* d, double* e, const double* vl,
+                  const double* vu, const int* il, const int* iu, const double* abstol, int* m, double* w,
+                  double* z, const int* ldz, int* isuppz, double* work, const int* lwork, int* iwork,
+                  const int* liwork, int* info);
+
+/** @} */
+
+/** @name Unsymmetric eigenvalues
+ * @{ */
+
+/** Eigenvalues and eigenvectors of a general matrix. */
+void blac_dgeev_(const char* jobvl, const char* jobvr, const int* n, double* a, const int* lda, double* wr,
+                 double* wi, double* vl, const int* ldvl, double* vr, const int* ldvr, double* work,
+                 const int* lwork, int* info);
+
+/** Reduces a general matrix to Hessenberg form. */
+void blac_dgehrd_(const int* n, const int* ilo, const int* ihi, double* a, const int* lda, double* tau,
+                  double* work, const int* lwork, int* info);
+
+/** Eigenvectors of a quasi-triangular matrix; select holds logicals. */
+void blac_dtrevc_(const char* side, const char* howmny, int* select, const int* n, const double* t,
+                  const int* ldt, double* vl, const int* ldvl, double* vr, const int* ldvr, const int* mm,
+                  int* m, double* work, int* info);
+
+/** Eigenvalues and eigenvectors of a complex general matrix. */
+void blac_zgeev_(const char* jobvl, const char* jobvr, const int* n, blac_complex* a, const int* lda,
+                 blac_complex* w, blac_complex* vl, const int* ldvl, blac_complex* vr, const int* ldvr,
+                 blac_complex* work, const int* lwork, double* rwork, int* info);
+
+/** Balances a complex general matrix. */
+void blac_zgebal_(const char* job, const int* n, blac_complex* a, const int* lda, int* ilo, int* ihi,
+                  double* scale, int* info);
+
+/** Turns eigenvectors of the balanced matrix back. */
+void blac_zgebak_(const char* job, const char* side, const int* n, const int* ilo, const int* ihi,
+                  const double* scale, const int* m, blac_complex* v, const int* ldv, int* info);
+
+/** Reduces a complex general matrix to Hessenberg form, unblocked. */
+void blac_zgehd2_(const int* n, const int* ilo, const int* ihi, blac_complex* a, const int* lda,
+                  blac_complex* tau, blac_complex* work, int* info);
+
+/** Reduces a complex general matrix to Hessenberg form. */
+void blac_zgehrd_(const int* n, const int* ilo, const int* ihi, blac_complex* a, const int* lda,
+                  blac_complex* tau, blac_complex* work, const int* lwork, int* info);
+
+/** One panel of zgehrd. */
+void blac_zlahr2_(const int* n, const int* k, const int* nb, blac_complex* a, const int* lda,
+                  blac_complex* tau, blac_complex* t, const int* ldt, blac_complex* y, const int* ldy);
+
+/** Eigenvalues and Schur form of a complex Hessenberg matrix. */
+void blac_zhseqr_(const char* job, const char* compz, const int* n, const int* ilo, const int* ihi,
+                  blac_complex* h, const int* ldh, blac_complex* w, blac_complex* z, const int* ldz,
+                  blac_complex* work, const int* lwork, int* info);
+
+/** zhseqr by double-shift QR for small matrices; wantt and wantz are logicals. */
+void blac_zlahqr_(const int* wantt, const int* wantz, const int* n, const int* ilo, const int* ihi,
+                  blac_complex* h, const int* ldh, blac_complex* w, const int* iloz, const int* ihiz,
+                  blac_complex* z, const int* ldz, int* info);
+
+/** zhseqr by aggressive early deflation for large matrices. */
+void blac_zlaqr0_(const int* wantt, const int* wantz, const int* n, const int* ilo, const int* ihi,
+                  blac_complex* h, const int* ldh, blac_complex* w, const int* iloz, const int* ihiz,
+                  blac_complex* z, const int* ldz, blac_complex* work, const int* lwork, int* info);
+
+/** First column of (H - s1·I)·(H - s2·I), n = 2 or 3, up to a factor. */
+void blac_zlaqr1_(const int* n, const blac_complex* h, const int* ldh, const blac_complex* s1,
+                  const blac_complex* s2, blac_complex* v);
+
+/** Aggressive early deflation on a window. */
+void blac_zlaqr2_(const int* wantt, const int* wantz, const int* n, const int* ktop, const int* kbot,
+                  const int* nw, blac_complex* h, const int* ldh, const int* iloz, const int* ihiz,
+                  blac_complex* z, const int* ldz, int* ns, int* nd, blac_complex* sh, blac_complex* v,
+                  const int* ldv, const int* nh, blac_complex* t, const int* ldt, const int* nv,
+                  blac_complex* wv, const int* ldwv, blac_complex* work, const int* lwork);
+
+/** zlaqr2 with recursion into zlaqr4. */
+void blac_zlaqr3_(const int* wantt, const int* wantz, const int* n, const int* ktop, const int* kbot,
+                  const int* nw, blac_complex* h, const int* ldh, const int* iloz, const int* ihiz,
+                  blac_complex* z, const int* ldz, int* ns, int* nd, blac_complex* sh, blac_complex* v,
+                  const int* ldv, const int* nh, blac_complex* t, const int* ldt, const int* nv,
+                  blac_complex* wv, const int* ldwv, blac_complex* work, const int* lwork);
+
+/** zlaqr0 without recursion. */
+void blac_zlaqr4_(const int* wantt, const int* wantz, const int* n, const int* ilo, const int* ihi,
+                  blac_complex* h, const int* ldh, blac_complex* w, const int* iloz, const int* ihiz,
+                  blac_complex* z, const int* ldz, blac_complex* work, const int* lwork, int* info);
+
+/** One multi-shift QR sweep. */
+void blac_zlaqr5_(const int* wantt, const int* wantz, const int* kacc22, const int* n, const int* ktop,
+                  const int* kbot, const int* nshfts, blac_complex* s, blac_complex* h, const int* ldh,
+                  const int* iloz, const int* ihiz, blac_complex* z, const int* ldz, blac_complex* v,
+                  const int* ldv, blac_complex* u, const int* ldu, const int* nv, blac_complex* wv,
+                  const int* ldwv, const int* nh, blac_complex* wh, const int* ldwh);
+
+/** Eigenvectors of a complex triangular matrix; t is changed during the call and restored, select holds
+ * logicals. */
+void blac_ztrevc_(const char* side, const char* howmny, const int* select, const int* n, blac_complex* t,
+                  const int* ldt, blac_complex* vl, const int* ldvl, blac_complex* vr, const int* ldvr,
+                  const int* mm, int* m, blac_complex* work, double* rwork, int* info);
+
+/** Reorders a complex Schur factorisation. */
+void blac_ztrexc_(const char* compq, const int* n, blac_complex* t, const int* ldt, blac_complex* q,
+                  const int* ldq, const int* ifst, const int* ilst, int* info);
+
+/** @} */
+
+/** @name Auxiliary
+ * @{ */
+
+/** B := A, all of it or one triangle. */
+void blac_dlacpy_(const char* uplo, const int* m, const int* n, const double* a, const int* lda, double* b,
+                  const int* ldb);
+
+/** Sets the off-diagonal entries to alpha and the diagonal to beta. */
+void blac_dlaset_(const char* uplo, const int* m, const int* n, const double* alpha, const double* beta,
+                  double* a, const int* lda);
+
+/** Machine parameters as the library states them; see blac_hdmcon_ for the module's own. */
+double blac_dlamch_(const char* cmach);
+
+/** Returns sqrt(x² + y² + z²) without needless overflow. */
+double blac_dlapy3_(const double* x, const double* y, const double* z);
+
+/** p + i·q := (a + i·b)/(c + i·d) without needless overflow. */
+void blac_dladiv_(const double* a, const double* b, const double* c, const double* d, double* p, double* q);
+
+/**
+ * result := x/y without needless overflow.
+ *
+ * Complex results as in blac_zdotc_; the LAPACK library is tried by itself, for it need not be the BLAS.
+ * @param result out, as in blac_zdotc_
+ */
+void blac_zladiv_(blac_complex* result, const blac_complex* x, const blac_complex* y);
+
+/** Returns 1 if infinities (ispec = 0), and NaNs too (ispec = 1), can be trusted, else 0; zero and one are
+ * single-precision. */
+int blac_ieeeck_(const int* ispec, const float* zero, const float* one);
+
+/**
+ * Tuning parameters (block sizes and the like) as the library states them.
+ *
+ * The one routine that reads hidden lengths: C and C++ callers pass those of name and opts as the last
+ * arguments.
+ * @param ispec       which parameter
+ * @param name        [name_length] name of the routine asked for
+ * @param opts        [opts_length] its options, in one string
+ * @param n1,n2,n3,n4 its dimensions; -1 where unused
+ * @param name_length length of name, by value, handed on unchanged
+ * @param opts_length length of opts, by value, handed on unchanged
+ */
+int blac_ilaenv_(const int* ispec, const char* name, const char* opts, const int* n1, const int* n2,
+                 const int* n3, const int* n4, size_t name_length, size_t opts_length);
+
+/** Returns the last column that is not zero, from 1. */
+int blac_ilazlc_(const int* m, const int* n, const blac_complex* a, const int* lda);
+
+/** Returns the last row that is not zero, from 1. */
+int blac_ilazlr_(const int* m, const int* n, const blac_complex* a, const int* lda);
+
+/** Conjugates a complex vector. */
+void blac_zlacgv_(const int* n, blac_complex* x, const int* incx);
+
+/** dlacpy, complex. */
+void blac_zlacpy_(const char* uplo, const int* m, const int* n, const blac_complex* a, const int* lda,
+                  blac_complex* b, const int* ldb);
+
+/** Returns the largest entry, one-, infinity- or Frobenius norm of a complex matrix. */
+double blac_zlange_(const char* norm, const int* m, const int* n, const blac_complex* a, const int* lda,
+                    double* work);
+
+/** Generates a plane rotation with real cosine and complex sine. */
+void blac_zlartg_(const blac_complex* f, const blac_complex* g, double* c, blac_complex* s, blac_complex* r);
+
+/** A := A·cto/cfrom without needless overflow. */
+void blac_zlascl_(const char* type, const int* kl, const int* ku, const double* cfrom, const double* cto,
+                  const int* m, const int* n, blac_complex* a, const int* lda, int* info);
+
+/** dlaset, complex. */
+void blac_zlaset_(const char* uplo, const int* m, const int* n, const blac_complex* alpha,
+                  const blac_complex* beta, blac_complex* a, const int* lda);
+
+/** Updates scale²·sumsq by the squares of a complex vector. */
+void blac_zlassq_(const int* n, const blac_complex* x, const int* incx, double* scale, double* sumsq);
+
+/** Plane rotation of complex vectors, real cosine and complex sine. */
+void blac_zrot_(const int* n, blac_complex* cx, const int* incx, blac_complex* cy, const int* incy,
+                const double* c, const blac_complex* s);
+
+/** @} */
+
+/** @name Constants
+ * @{ */
+
+/**
+ * Machine and mathematical constants of the module's own, from a fixed table.
+ *
+ * |  i | value               | what                                  | bits               |
+ * |---:|:--------------------|:--------------------------------------|:-------------------|
+ * |  1 | NaN                 | returned for any i outside 1..16, too | 0x7FFFFFFFFFFFFFFF |
+ * |  2 | 4.49423283715579e307 | 2^1022                               | 0x7FD0000000000000 |
+ * |  3 | 1.7976931348623157e308 | largest double                     | 0x7FEFFFFFFFFFFFFF |
+ * |  4 | 2.2250738585072014e-308 | smallest normalised double        | 0x0010000000000000 |
+ * |  5 | 2.220446049250313e-16 | 2^-52, spacing of doubles at 1      | 0x3CB0000000000000 |
+ * |  6 | 1.1102230246251568e-16 | next double above 2^-53            | 0x3CA0000000000001 |
+ * |  7 | 2                   | radix                                 | 0x4000000000000000 |
+ * |  8 | 53                  | digits of the significand             | 0x404A800000000000 |
+ * |  9 | 709                 |                                       | 0x4086280000000000 |
+ * | 10 | -708                |                                       | 0xC086200000000000 |
+ * | 11 | 2147483647          | largest signed 32-bit integer         | 0x41DFFFFFFFC00000 |
+ * | 12 | 3.141592653589793   | pi                                    | 0x400921FB54442D18 |
+ * | 13 | 2.718281828459045   | e                                     | 0x4005BF0A8B145769 |
+ * | 14 | 0.5772156649015329  | Euler's constant                      | 0x3FE2788CFC6FB619 |
+ * | 15 | 0.017453292519943295 | pi/180                               | 0x3F91DF46A2529D39 |
+ * | 16 | 57.29577951308232   | 180/pi                                | 0x404CA5DC1A63C1F8 |
+ * @param i index, from 1
+ */
+double blac_hdmcon_(const int* i);
+
+/** @} */
+
+/** @} */
 
 /* -------------------------------------------------------------------------------------------------------------
  */

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Solves A·X = B by LU with partial pivoting.
+#include "facade.h"
+
+extern "C" void dgesv_(const int* n, const int* nrhs, double* a, const int* lda, int* ipiv, double* b,
+                       const int* ldb, int* info);
+
+BLA_EXPORT void blac_dgesv_(const int* n, const int* nrhs, double* a, const int* lda, int* ipiv, double* b,
+                            const int* ldb, int* info)
+{
+    dgesv_(n, nrhs, a, lda, ipiv, b, ldb, info);
+}

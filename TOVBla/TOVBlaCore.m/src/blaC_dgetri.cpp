@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// A⁻¹ from the factors of dgetrf.
+#include "facade.h"
+
+extern "C" void dgetri_(const int* n, double* a, const int* lda, const int* ipiv, double* work,
+                        const int* lwork, int* info);
+
+BLA_EXPORT void blac_dgetri_(const int* n, double* a, const int* lda, const int* ipiv, double* work,
+                             const int* lwork, int* info)
+{
+    dgetri_(n, a, lda, ipiv, work, lwork, info);
+}

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// B := A, all of it or one triangle.
+#include "facade.h"
+
+extern "C" void dlacpy_(const char* uplo, const int* m, const int* n, const double* a, const int* lda,
+                        double* b, const int* ldb, std::size_t);
+
+BLA_EXPORT void blac_dlacpy_(const char* uplo, const int* m, const int* n, const double* a, const int* lda,
+                             double* b, const int* ldb)
+{
+    dlacpy_(uplo, m, n, a, lda, b, ldb, 1);
+}

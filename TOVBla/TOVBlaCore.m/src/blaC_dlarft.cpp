@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Triangular factor T of a block reflector; older libraries change v during the call.
+#include "facade.h"
+
+extern "C" void dlarft_(const char* direct, const char* storev, const int* n, const int* k, double* v,
+                        const int* ldv, const double* tau, double* t, const int* ldt, std::size_t,
+                        std::size_t);
+
+BLA_EXPORT void blac_dlarft_(const char* direct, const char* storev, const int* n, const int* k, double* v,
+                             const int* ldv, const double* tau, double* t, const int* ldt)
+{
+    dlarft_(direct, storev, n, k, v, ldv, tau, t, ldt, 1, 1);
+}

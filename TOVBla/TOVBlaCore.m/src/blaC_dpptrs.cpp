@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Solves A·X = B from the factor of dpptrf.
+#include "facade.h"
+
+extern "C" void dpptrs_(const char* uplo, const int* n, const int* nrhs, const double* ap, double* b,
+                        const int* ldb, int* info, std::size_t);
+
+BLA_EXPORT void blac_dpptrs_(const char* uplo, const int* n, const int* nrhs, const double* ap, double* b,
+                             const int* ldb, int* info)
+{
+    dpptrs_(uplo, n, nrhs, ap, b, ldb, info, 1);
+}

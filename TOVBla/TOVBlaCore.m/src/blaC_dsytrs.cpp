@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Solves A·X = B from the factors of dsytrf.
+#include "facade.h"
+
+extern "C" void dsytrs_(const char* uplo, const int* n, const int* nrhs, const double* a, const int* lda,
+                        const int* ipiv, double* b, const int* ldb, int* info, std::size_t);
+
+BLA_EXPORT void blac_dsytrs_(const char* uplo, const int* n, const int* nrhs, const double* a, const int* lda,
+                             const int* ipiv, double* b, const int* ldb, int* info)
+{
+    dsytrs_(uplo, n, nrhs, a, lda, ipiv, b, ldb, info, 1);
+}

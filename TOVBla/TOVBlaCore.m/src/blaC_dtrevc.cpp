@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Eigenvectors of a quasi-triangular matrix; select holds logicals.
+#include "facade.h"
+
+extern "C" void dtrevc_(const char* side, const char* howmny, int* select, const int* n, const double* t,
+                        const int* ldt, double* vl, const int* ldvl, double* vr, const int* ldvr,
+                        const int* mm, int* m, double* work, int* info, std::size_t, std::size_t);
+
+BLA_EXPORT void blac_dtrevc_(const char* side, const char* howmny, int* select, const int* n, const double* t,
+                             const int* ldt, double* vl, const int* ldvl, double* vr, const int* ldvr,
+                             const int* mm, int* m, double* work, int* info)
+{
+    dtrevc_(side, howmny, select, n, t, ldt, vl, ldvl, vr, ldvr, mm, m, work, info, 1, 1);
+}

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Inverse of a triangular matrix, unblocked.
+#include "facade.h"
+
+extern "C" void dtrti2_(const char* uplo, const char* diag, const int* n, double* a, const int* lda,
+                        int* info, std::size_t, std::size_t);
+
+BLA_EXPORT void blac_dtrti2_(const char* uplo, const char* diag, const int* n, double* a, const int* lda,
+                             int* info)
+{
+    dtrti2_(uplo, diag, n, a, lda, info, 1, 1);
+}

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Balances a complex general matrix.
+#include "facade.h"
+
+extern "C" void zgebal_(const char* job, const int* n, blac_complex* a, const int* lda, int* ilo, int* ihi,
+                        double* scale, int* info, std::size_t);
+
+BLA_EXPORT void blac_zgebal_(const char* job, const int* n, blac_complex* a, const int* lda, int* ilo,
+                             int* ihi, double* scale, int* info)
+{
+    zgebal_(job, n, a, lda, ilo, ihi, scale, info, 1);
+}

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Eigenvalues and eigenvectors of a complex general matrix.
+#include "facade.h"
+
+extern "C" void zgeev_(const char* jobvl, const char* jobvr, const int* n, blac_complex* a, const int* lda,
+                       blac_complex* w, blac_complex* vl, const int* ldvl, blac_complex* vr, const int* ldvr,
+                       blac_complex* work, const int* lwork, double* rwork, int* info, std::size_t,
+                       std::size_t);
+
+BLA_EXPORT void blac_zgeev_(const char* jobvl, const char* jobvr, const int* n, blac_complex* a,
+                            const int* lda, blac_complex* w, blac_complex* vl, const int* ldvl,
+                            blac_complex* vr, const int* ldvr, blac_complex* work, const int* lwork,
+                            double* rwork, int* info)
+{
+    zgeev_(jobvl, jobvr, n, a, lda, w, vl, ldvl, vr, ldvr, work, lwork, rwork, info, 1, 1);
+}

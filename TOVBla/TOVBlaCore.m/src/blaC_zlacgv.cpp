@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Conjugates a complex vector.
+#include "facade.h"
+
+extern "C" void zlacgv_(const int* n, blac_complex* x, const int* incx);
+
+BLA_EXPORT void blac_zlacgv_(const int* n, blac_complex* x, const int* incx)
+{
+    zlacgv_(n, x, incx);
+}

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Applies a complex elementary reflector to C.
+#include "facade.h"
+
+extern "C" void zlarf_(const char* side, const int* m, const int* n, const blac_complex* v, const int* incv,
+                       const blac_complex* tau, blac_complex* c, const int* ldc, blac_complex* work,
+                       std::size_t);
+
+BLA_EXPORT void blac_zlarf_(const char* side, const int* m, const int* n, const blac_complex* v,
+                            const int* incv, const blac_complex* tau, blac_complex* c, const int* ldc,
+                            blac_complex* work)
+{
+    zlarf_(side, m, n, v, incv, tau, c, ldc, work, 1);
+}

@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Updates scale²·sumsq by the squares of a complex vector.
+#include "facade.h"
+
+extern "C" void zlassq_(const int* n, const blac_complex* x, const int* incx, double* scale, double* sumsq);
+
+BLA_EXPORT void blac_zlassq_(const int* n, const blac_complex* x, const int* incx, double* scale,
+                             double* sumsq)
+{
+    zlassq_(n, x, incx, scale, sumsq);
+}

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// dsysv, complex symmetric (A = Aᵀ).
+#include "facade.h"
+
+extern "C" void zsysv_(const char* uplo, const int* n, const int* nrhs, blac_complex* a, const int* lda,
+                       int* ipiv, blac_complex* b, const int* ldb, blac_complex* work, const int* lwork,
+                       int* info, std::size_t);
+
+BLA_EXPORT void blac_zsysv_(const char* uplo, const int* n, const int* nrhs, blac_complex* a, const int* lda,
+                            int* ipiv, blac_complex* b, const int* ldb, blac_complex* work, const int* lwork,
+                            int* info)
+{
+    zsysv_(uplo, n, nrhs, a, lda, ipiv, b, ldb, work, lwork, info, 1);
+}

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Reorders a complex Schur factorisation.
+#include "facade.h"
+
+extern "C" void ztrexc_(const char* compq, const int* n, blac_complex* t, const int* ldt, blac_complex* q,
+                        const int* ldq, const int* ifst, const int* ilst, int* info, std::size_t);
+
+BLA_EXPORT void blac_ztrexc_(const char* compq, const int* n, blac_complex* t, const int* ldt,
+                             blac_complex* q, const int* ldq, const int* ifst, const int* ilst, int* info)
+{
+    ztrexc_(compq, n, t, ldt, q, ldq, ifst, ilst, info, 1);
+}
