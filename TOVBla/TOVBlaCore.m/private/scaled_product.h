@@ -21,7 +21,8 @@ BLA_BODY void scaled_product(const char* transa, const char* transb, const int* 
                              int64_t d_step)
 {
     const bool transposed = lsame_(transb, "T", 1, 1);
-    const int64_t columns = *n > 0 ? *n : 0, inner = *k > 0 ? *k : 0, b_step = *ldb;
+    const bool empty = *n < 1 || *k < 1;
+    const int64_t columns = empty ? 0 : *n, inner = empty ? 0 : *k, b_step = *ldb;
     const bool gather = !transposed && d_step != 1; // the inner loop below reads D contiguously
     const int64_t bytes = (columns * inner + (gather ? inner : 0)) * 8;
 
