@@ -1141,6 +1141,64 @@ void blaC_selimC(int n, int nb, double tol, double* a);
 extern "C" {
 #endif
 
+/**
+ * A = L·D·U of a block, unblocked.
+ *
+ * The whole square is read and written. On return the diagonal holds the pivots, the strict lower triangle
+ * L·D (columns times their pivots, not divided), the strict upper triangle U (rows times their reciprocals).
+ * Row k right of the pivot is scaled in place, so a symmetric block is not factorised to the same bits as by
+ * blac_selim_small_. The row of a replaced pivot is scaled by 1e-36, its column stays as it is.
+ * @param n    order; below 1 nothing is written
+ * @param a    [lda × n] block, in; factors, out
+ * @param lda  leading dimension, at least n
+ * @param d    [n] pivots as used, out
+ * @param dinv [n] their reciprocals, 1e-36 for a replaced pivot, out
+ * @param tol  absolute pivot tolerance
+ */
+void blac_uelim_small_(const int* n, double* a, const int* lda, double* d, double* dinv, const double* tol);
+
+/**
+ * A + E = L·D·U of a block, unblocked, with regularised pivots; E = diag(-dcorr).
+ *
+ * Storage as in blac_uelim_small_, pivots as in blac_selim_small_reg_.
+ * @param n, a, lda, d, dinv as in blac_uelim_small_
+ * @param tol, negpiv, reg, dcorr [n] as in blac_selim_small_reg_
+ */
+void blac_uelim_small_reg_(const int* n, double* a, const int* lda, double* d, double* dinv,
+                           const double* tol, const int* negpiv, const double* reg, double* dcorr);
+
+/**
+ * A = L·D·U of a front, in panels of width nb.
+ *
+ * Full panels from the top left, one narrower (or equally wide) block last. Per panel: blac_uelim_small_ on
+ * the diagonal block; the library's `dtrsm_`("R","U","N","U") makes L·D of the rows below,
+ * `dtrsm_`("L","L","N","N") makes U of the columns to the right; `dgemm_` subtracts their product from the
+ * square behind. Storage as in blac_uelim_small_, over the whole front.
+ *
+ * Results depend on nb in their last bits. n = 0 is not empty here: it eliminates an nb × nb block; do not
+ * pass it.
+ * @param n    order, at least 1
+ * @param nb   panel width; not 0; nb >= n eliminates unblocked
+ * @param tol  absolute pivot tolerance
+ * @param a    [lda × n] front, in; factors, out
+ * @param lda  leading dimension, at least n
+ * @param d    [n] pivots, out
+ * @param dinv [n] reciprocals, out
+ */
+void blac_uelim_(const int* n, const int* nb, const double* tol, double* a, const int* lda, double* d,
+                 double* dinv);
+
+/**
+ * A + E = L·D·U of a front, in panels of width nb, with regularised pivots.
+ *
+ * As blac_uelim_, with blac_uelim_small_reg_ on the diagonal blocks. Mind that the arguments stand in another
+ * order.
+ * @param n, nb, a, lda as in blac_uelim_
+ * @param d, dinv, tol, negpiv, reg, dcorr [n] as in blac_selim_small_reg_
+ */
+void blac_uelim_reg_(const int* n, const int* nb, double* a, const int* lda, double* d, double* dinv,
+                     const double* tol, const int* negpiv, const double* reg, double* dcorr);
+
 /** @} */
 
 /* -------------------------------------------------------------------------------------------------------------

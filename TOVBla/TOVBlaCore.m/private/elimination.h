@@ -69,3 +69,23 @@ BLA_BODY void eliminate_symmetric(int64_t n, real* a, int64_t lda, real* d, real
         }
     }
 }
+
+/// A = L·D·U in place; out: pivots, L·D below them, U right of them. The bits are fixed as above; the
+/// multiplier is the scaled element of the pivot's row.
+template <class Rule>
+BLA_BODY void eliminate_unsymmetric(int64_t n, real* a, int64_t lda, real* d, real* dinv, Rule rule)
+{
+    for (int64_t k = 0; k < n; ++k) {
+        real* const column = a + k * lda;
+        const Pivot p = rule(k, column[k]);
+        column[k] = d[k] = p.value;
+        dinv[k] = p.reciprocal;
+        for (int64_t j = k + 1; j < n; ++j)
+            a[k + j * lda] = a[k + j * lda] * p.reciprocal;
+        for (int64_t j = k + 1; j < n; ++j) {
+            const double multiplier = a[k + j * lda];
+            for (int64_t i = k + 1; i < n; ++i)
+                a[i + j * lda] = a[i + j * lda] - column[i] * multiplier;
+        }
+    }
+}
