@@ -1089,8 +1089,8 @@ void blac_selim_small_reg_(const int* n, double* a, const int* lda, double* d, d
  * multipliers stand above the diagonal inside the diagonal blocks only; above those nothing is read or
  * written.
  *
- * Results depend on nb in their last bits. n = 0 is not empty here: it eliminates an nb × nb block; do not
- * pass it.
+ * Results depend on nb in their last bits. The panel count is a truncating division: n = 0, -1 ... 1 - nb are
+ * not empty here but eliminate a block of order nb + n; do not pass them.
  * @param n    order, at least 1
  * @param nb   panel width; not 0; nb >= n eliminates unblocked
  * @param tol  absolute pivot tolerance
@@ -1175,8 +1175,8 @@ void blac_uelim_small_reg_(const int* n, double* a, const int* lda, double* d, d
  * `dtrsm_`("L","L","N","N") makes U of the columns to the right; `dgemm_` subtracts their product from the
  * square behind. Storage as in blac_uelim_small_, over the whole front.
  *
- * Results depend on nb in their last bits. n = 0 is not empty here: it eliminates an nb × nb block; do not
- * pass it.
+ * Results depend on nb in their last bits. The panel count is a truncating division: n = 0, -1 ... 1 - nb are
+ * not empty here but eliminate a block of order nb + n; do not pass them.
  * @param n    order, at least 1
  * @param nb   panel width; not 0; nb >= n eliminates unblocked
  * @param tol  absolute pivot tolerance

@@ -30,4 +30,12 @@ void dgemm_scaled(char transa, char transb, int m, int n, int k, double alpha, c
 void dsyrk_scaled(int nb, int n, int k, double alpha, const number* a, int lda, const number* b, int ldb,
                   double beta, number* c, int ldc, const number* d, int ldd);
 
+// elimination.cpp
+void selim_small(int n, number* a, int lda, number* d, number* dinv, double tol);
+void selim_small_reg(int n, number* a, int lda, number* d, number* dinv, const number* tol, const int* negpiv,
+                     const number* reg, number* dcorr);
+void uelim_small(int n, number* a, int lda, number* d, number* dinv, double tol);
+void uelim_small_reg(int n, number* a, int lda, number* d, number* dinv, const number* tol, const int* negpiv,
+                     const number* reg, number* dcorr);
+
 } // namespace reference
