@@ -81,6 +81,15 @@ std::vector<int> postponed(const SparseMatrix& a, const int* order, const std::v
 
 } // namespace
 
+// A pivot with m rows below it: m multipliers, and m(m + 1)/2 entries updated by a product and a difference.
+double Front::flops() const
+{
+    double sum = 0.0;
+    for (double m = rest(); m < order; ++m)
+        sum += m * (m + 2);
+    return sum;
+}
+
 Analysis analyse(const SparseMatrix& a, const std::vector<char>& late)
 {
     Cholmod cholmod;
@@ -118,10 +127,11 @@ Analysis analyse(const SparseMatrix& a, const std::vector<char>& late)
         front.panel = result.panelEntries;
         result.panelEntries += static_cast<std::int64_t>(front.order) * front.pivots;
         result.largestFront = std::max(result.largestFront, front.order);
-        for (std::int64_t m = front.rest(); m < front.order; ++m) {
-            result.factorEntries += m + 1;
-            result.flops += static_cast<double>(m) * static_cast<double>(m + 2);
-        }
+        front.right = result.rightEntries;
+        const std::int64_t pivots = front.pivots, rest = front.rest();
+        result.rightEntries += pivots * rest;
+        result.lowerEntries += pivots * (pivots + 1) / 2 + pivots * rest;
+        result.flops += front.flops();
         result.fronts.push_back(front);
     }
 

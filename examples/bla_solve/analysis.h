@@ -18,8 +18,10 @@ struct Front
     int depth;          // distance to the root of the assembly tree
     std::int64_t rows;  // where its row numbers start in Analysis::rows
     std::int64_t panel; // where its (order x pivots) panel starts in the factor
+    std::int64_t right; // where its (pivots x rest) rows start, unsymmetric factors only
 
     int rest() const { return order - pivots; }
+    double flops() const; // of the symmetric elimination, products and sums counted each
 };
 
 struct Analysis
@@ -32,10 +34,10 @@ struct Analysis
     const char* ordering = "";
 
     int largestFront = 0;
-    std::int64_t panelEntries = 0;  // storage of all panels
-    std::int64_t factorEntries = 0; // entries of L on and below the diagonal
-    double flops = 0.0;             // of the symmetric factorisation, a product and a sum counted each
-    std::int64_t stack[2] = {0, 0}; // contributions alive at once, by parity of depth
+    std::int64_t panelEntries = 0, rightEntries = 0; // storage of the factor
+    std::int64_t lowerEntries = 0;                   // entries of L on and below the diagonal
+    double flops = 0.0;                              // of the symmetric factorisation
+    std::int64_t stack[2] = {0, 0};                  // contributions alive at once, by parity of depth
 
     const int* rowsOf(const Front& f) const { return rows.data() + f.rows; }
 };

@@ -61,7 +61,7 @@ std::array<double, displacements * displacements> elementStiffness(const BeamMes
     for (int j = 0; j < shapes; ++j)
         for (int i = j; i < shapes; ++i)
             (j < modes ? panel[i + shapes * j] : k[(i - modes) + displacements * (j - modes)]) = full[i][j];
-    eliminateSymmetric({}, modes, displacements, panel, k.data(), d, dinv);
+    eliminateSymmetric({}, modes, displacements, panel, k.data(), {d, dinv, nullptr, nullptr});
     return k;
 }
 

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "extend_add.h"
 
-#include "dense.h"
+#include <cstddef>
+#include <cstdint>
+#include <vector>
 
 namespace {
 
@@ -11,12 +13,18 @@ struct Run
     int i, count, at;
 };
 
+void add(double* to, const double* from, int count)
+{
+    for (int i = 0; i < count; ++i)
+        to[i] += from[i];
+}
+
 } // namespace
 
-void extendAdd(const Front& parent, double* panel, double* schur, const int* local, const int* rows,
-               int count, const double* contribution)
+void extendAdd(const FrontStorage& parent, const int* local, const int* rows, int count,
+               const double* contribution)
 {
-    const int pivots = parent.pivots, order = parent.order, rest = parent.rest();
+    const int pivots = parent.pivots, rest = parent.rest, order = pivots + rest;
     static thread_local std::vector<Run> runs;
     runs.clear();
     for (int i = 0; i < count; ++i) {
@@ -26,22 +34,23 @@ void extendAdd(const Front& parent, double* panel, double* schur, const int* loc
         else
             runs.push_back({i, 1, at});
     }
-    for (std::size_t c = 0; c < runs.size(); ++c) {
-        const Run& columns = runs[c];
-        for (int k = 0; k < columns.count; ++k) {
-            const double* source = contribution + static_cast<std::int64_t>(count) * (columns.i + k);
-            const int at = columns.at + k;
-            // Both targets are addressed by the row's position in the front.
-            double* target = at < pivots ? panel + static_cast<std::int64_t>(order) * at
-                                         : schur + static_cast<std::int64_t>(rest) * (at - pivots) - pivots;
-            for (int i = k; i < columns.count; ++i)
-                target[columns.at + i] += source[columns.i + i];
-            for (std::size_t r = c + 1; r < runs.size(); ++r) {
-                const double* from = source + runs[r].i;
-                double* to = target + runs[r].at;
-                for (int i = 0; i < runs[r].count; ++i)
-                    to[i] += from[i];
+    for (std::size_t c = 0; c < runs.size(); ++c)
+        for (int k = 0; k < runs[c].count; ++k) {
+            const double* source = contribution + static_cast<std::int64_t>(count) * (runs[c].i + k);
+            const int at = runs[c].at + k;
+            // Addressed by the row's position in the front.
+            double* target = at < pivots
+                                 ? parent.panel + static_cast<std::int64_t>(order) * at
+                                 : parent.schur + static_cast<std::int64_t>(rest) * (at - pivots) - pivots;
+            if (parent.right) {
+                double* above =
+                    at < pivots ? target : parent.right + static_cast<std::int64_t>(pivots) * (at - pivots);
+                for (const Run& run : runs)
+                    add((run.at < pivots ? above : target) + run.at, source + run.i, run.count);
+            } else {
+                add(target + at, source + runs[c].i + k, runs[c].count - k);
+                for (std::size_t r = c + 1; r < runs.size(); ++r)
+                    add(target + runs[r].at, source + runs[r].i, runs[r].count);
             }
         }
-    }
 }

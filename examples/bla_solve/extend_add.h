@@ -1,9 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Adds the contribution of a child, a lower triangle of order `count`, into the front of its parent.
+// Adds the contribution of a child front, a matrix of order `count`, into the front of its parent.
 #pragma once
 
-#include "analysis.h"
+// The parts of the parent's front as in front.h; right is null in a symmetric front, of which only the lower
+// triangle is added.
+struct FrontStorage
+{
+    int pivots, rest;
+    double *panel, *right, *schur;
+};
 
-// `local[row]` is the position in the parent's front of every row of it; `panel` and `schur` as in front.h.
-void extendAdd(const Front& parent, double* panel, double* schur, const int* local, const int* rows,
-               int count, const double* contribution);
+// `local[row]` is the position in the parent's front of every row of the child's.
+void extendAdd(const FrontStorage& parent, const int* local, const int* rows, int count,
+               const double* contribution);

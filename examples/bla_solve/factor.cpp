@@ -2,15 +2,27 @@
 #include "factor.h"
 
 #include "dense.h"
-#include "extend_add.h"
 
 #include <algorithm>
 
-Factor::Factor(const Analysis& analysis, const SparseMatrix& a, const std::vector<double>& scale,
-               const PivotRule& rule, const Progress& progress)
-    : analysis_(analysis), scale_(scale), panels_(new double[analysis.panelEntries]), d_(analysis.n),
-      dinv_(analysis.n), local_(analysis.n)
+Factor::Factor(const Analysis& analysis, const SparseMatrix& a, const PivotRule& rule,
+               const Progress& progress)
+    : analysis_(analysis), symmetric_(a.symmetric), panels_(new double[analysis.panelEntries]),
+      rights_(symmetric_ ? nullptr : new double[analysis.rightEntries]), d_(analysis.n), dinv_(analysis.n),
+      local_(analysis.n)
 {
+    const SparseMatrix columns = symmetric_ ? SparseMatrix() : transposed(a);
+    // A tiny pivot keeps the side of zero on which its diagonal entry lay; one that started at zero goes
+    // below, where the Schur complements of saddle-point systems are.
+    std::vector<int> negative(rule.shift > 0.0 ? a.n : 0, symmetric_ ? 1 : 0);
+    std::vector<double> correction(negative.size(), 0.0);
+    for (int k = 0; k < static_cast<int>(negative.size()); ++k) {
+        const int old = analysis.permutation[k];
+        for (int p = a.start[old]; p < a.start[old + 1]; ++p)
+            if (a.column[p] == old && a.value[p] != 0.0)
+                negative[k] = a.value[p] < 0.0;
+    }
+
     const std::unique_ptr<double[]> stack[2] = {std::unique_ptr<double[]>(new double[analysis.stack[0]]),
                                                 std::unique_ptr<double[]>(new double[analysis.stack[1]])};
     std::vector<int> waiting[2]; // fronts whose contributions lie on each stack
@@ -18,112 +30,141 @@ Factor::Factor(const Analysis& analysis, const SparseMatrix& a, const std::vecto
     double done = 0.0;
     for (int f = 0; f < static_cast<int>(analysis.fronts.size()); ++f) {
         const Front& front = analysis.fronts[f];
-        const int rest = front.rest(), parity = front.depth % 2;
-        double* panel = panels_.get() + front.panel;
-        double* schur = stack[parity].get() + used[parity];
-        assemble(front, a, panel);
-        std::fill_n(schur, static_cast<std::int64_t>(rest) * rest, 0.0);
+        const int parity = front.depth % 2;
+        const FrontStorage storage =
+            assemble(front, a, symmetric_ ? a : columns, stack[parity].get() + used[parity]);
 
         std::vector<int>& children = waiting[1 - parity];
         while (!children.empty() && analysis.fronts[children.back()].parent == f) {
             const Front& child = analysis.fronts[children.back()];
-            const std::int64_t size = static_cast<std::int64_t>(child.rest()) * child.rest();
-            used[1 - parity] -= size;
-            extendAdd(front, panel, schur, local_.data(), analysis.rowsOf(child) + child.pivots, child.rest(),
+            used[1 - parity] -= static_cast<std::int64_t>(child.rest()) * child.rest();
+            extendAdd(storage, local_.data(), analysis.rowsOf(child) + child.pivots, child.rest(),
                       stack[1 - parity].get() + used[1 - parity]);
             children.pop_back();
         }
 
-        eliminateSymmetric(rule, front.pivots, rest, panel, schur, d_.data() + front.first,
-                           dinv_.data() + front.first);
+        const Pivots pivots{d_.data() + front.first, dinv_.data() + front.first,
+                            negative.data() + front.first, correction.data() + front.first};
+        if (symmetric_)
+            eliminateSymmetric(rule, front.pivots, front.rest(), storage.panel, storage.schur, pivots);
+        else
+            eliminateUnsymmetric(rule, front.pivots, front.rest(), storage.panel, storage.right,
+                                 storage.schur, pivots);
         if (front.parent >= 0) {
-            used[parity] += static_cast<std::int64_t>(rest) * rest;
+            used[parity] += static_cast<std::int64_t>(front.rest()) * front.rest();
             waiting[parity].push_back(f);
         }
-        if (progress) {
-            for (double m = rest; m < front.order; ++m)
-                done += m * (m + 2);
-            progress(done / std::max(analysis.flops, 1.0));
-        }
+        if (progress)
+            progress((done += front.flops()) / std::max(analysis.flops, 1.0));
     }
-    countPivots();
+    countPivots(correction);
 }
 
-// The scaled entries of A in the pivots' columns, lower half.
-void Factor::assemble(const Front& front, const SparseMatrix& a, double* panel)
+// The entries of A in the pivots' columns (lower half) and, unsymmetric, in their rows (upper half).
+// `columns` is the transpose of A: its rows are A's columns.
+FrontStorage Factor::assemble(const Front& front, const SparseMatrix& a, const SparseMatrix& columns,
+                              double* schur)
 {
     const int* rows = analysis_.rowsOf(front);
     for (int i = 0; i < front.order; ++i)
         local_[rows[i]] = i;
-    std::fill_n(panel, static_cast<std::int64_t>(front.order) * front.pivots, 0.0);
+    const int rest = front.rest();
+    const FrontStorage storage{front.pivots, rest, panels_.get() + front.panel,
+                               symmetric_ ? nullptr : rights_.get() + front.right, schur};
+    std::fill_n(storage.panel, static_cast<std::int64_t>(front.order) * front.pivots, 0.0);
+    std::fill_n(schur, static_cast<std::int64_t>(rest) * rest, 0.0);
+    if (!symmetric_)
+        std::fill_n(storage.right, static_cast<std::int64_t>(rest) * front.pivots, 0.0);
+
     for (int k = 0; k < front.pivots; ++k) {
         const int old = analysis_.permutation[front.first + k];
-        double* column = panel + static_cast<std::int64_t>(front.order) * k;
-        for (int p = a.start[old]; p < a.start[old + 1]; ++p) {
-            const int row = analysis_.inverse[a.column[p]];
+        double* column = storage.panel + static_cast<std::int64_t>(front.order) * k;
+        for (int p = columns.start[old]; p < columns.start[old + 1]; ++p) {
+            const int row = analysis_.inverse[columns.column[p]];
             if (row >= front.first + k)
-                column[local_[row]] += scale_[old] * a.value[p] * scale_[a.column[p]];
+                column[local_[row]] += columns.value[p];
+        }
+        if (symmetric_)
+            continue;
+        for (int p = a.start[old]; p < a.start[old + 1]; ++p) {
+            const int other = analysis_.inverse[a.column[p]];
+            if (other <= front.first + k)
+                continue;
+            const int at = local_[other];
+            if (at < front.pivots)
+                storage.panel[k + static_cast<std::int64_t>(front.order) * at] += a.value[p];
+            else
+                storage.right[k + static_cast<std::int64_t>(front.pivots) * (at - front.pivots)] +=
+                    a.value[p];
         }
     }
+    return storage;
 }
 
-void Factor::countPivots()
+void Factor::countPivots(const std::vector<double>& corrections)
 {
-    for (double pivot : d_) {
-        if (pivot == 1.0e36)
-            ++replaced_;
+    for (int k = 0; k < analysis_.n; ++k) {
+        if (d_[k] == 1.0e36 || (!corrections.empty() && corrections[k] != 0.0))
+            ++treated_;
         else
-            ++(pivot > 0.0 ? positive_ : negative_);
+            ++(d_[k] > 0.0 ? positive_ : negative_);
     }
 }
 
-// Forward with L*D, then backward with its transpose; between the two the unknowns of a front are multiplied
-// by its pivots, since the panels hold L*D and not L.
 void Factor::solve(Vectors& x) const
 {
-    const int n = analysis_.n, columns = x.columns;
-    Vectors y(n, columns);
-    for (int j = 0; j < columns; ++j)
-        for (int k = 0; k < n; ++k) {
-            const int old = analysis_.permutation[k];
-            y.column(j)[k] = scale_[old] * x.column(j)[old];
-        }
+    Vectors y(analysis_.n, x.columns);
+    for (int j = 0; j < x.columns; ++j)
+        for (int k = 0; k < x.n; ++k)
+            y.column(j)[k] = x.column(j)[analysis_.permutation[k]];
+    std::vector<double> work(static_cast<std::size_t>(analysis_.largestFront) * x.columns);
+    for (auto f = analysis_.fronts.begin(); f != analysis_.fronts.end(); ++f)
+        forward(*f, y, work);
+    for (auto f = analysis_.fronts.rbegin(); f != analysis_.fronts.rend(); ++f)
+        backward(*f, y, work);
+    for (int j = 0; j < x.columns; ++j)
+        for (int k = 0; k < x.n; ++k)
+            x.column(j)[analysis_.permutation[k]] = y.column(j)[k];
+}
 
-    std::vector<double> gathered(static_cast<std::size_t>(analysis_.largestFront) * columns);
-    for (const Front& f : analysis_.fronts) {
-        const double* panel = panels_.get() + f.panel;
-        double* own = y.value.data() + f.first;
-        dense::trsm('L', 'L', 'N', 'N', f.pivots, columns, panel, f.order, own, n);
-        const int rest = f.rest();
-        if (rest == 0)
-            continue;
-        dense::gemm('N', 'N', rest, columns, f.pivots, 1.0, panel + f.pivots, f.order, own, n, 0.0,
-                    gathered.data(), rest);
-        const int* rows = analysis_.rowsOf(f) + f.pivots;
-        for (int j = 0; j < columns; ++j)
-            for (int i = 0; i < rest; ++i)
-                y.column(j)[rows[i]] -= gathered[i + static_cast<std::size_t>(rest) * j];
+// y1 := (L11*D)^-1 * y1, y2 := y2 - (L21*D) * y1
+void Factor::forward(const Front& f, Vectors& y, std::vector<double>& work) const
+{
+    const double* panel = panels_.get() + f.panel;
+    double* own = y.value.data() + f.first;
+    dense::trsm('L', 'L', 'N', 'N', f.pivots, y.columns, panel, f.order, own, y.n);
+    const int rest = f.rest();
+    if (rest == 0)
+        return;
+    dense::gemm('N', 'N', rest, y.columns, f.pivots, 1.0, panel + f.pivots, f.order, own, y.n, 0.0,
+                work.data(), rest);
+    const int* rows = analysis_.rowsOf(f) + f.pivots;
+    for (int j = 0; j < y.columns; ++j)
+        for (int i = 0; i < rest; ++i)
+            y.column(j)[rows[i]] -= work[i + static_cast<std::size_t>(rest) * j];
+}
+
+// Unsymmetric: y1 := U11^-1 * (y1 - U12*y2). Symmetric, where only L*D is there:
+// y1 := (L11*D)^-T * (D*y1 - (L21*D)^T*y2)
+void Factor::backward(const Front& f, Vectors& y, std::vector<double>& work) const
+{
+    const double* panel = panels_.get() + f.panel;
+    double* own = y.value.data() + f.first;
+    const int rest = f.rest();
+    const int* rows = analysis_.rowsOf(f) + f.pivots;
+    for (int j = 0; j < y.columns; ++j)
+        for (int i = 0; i < rest; ++i)
+            work[i + static_cast<std::size_t>(rest) * j] = y.column(j)[rows[i]];
+    if (symmetric_) {
+        dense::scaleRows(f.pivots, y.columns, own, y.n, d_.data() + f.first);
+        if (rest > 0)
+            dense::gemm('T', 'N', f.pivots, y.columns, rest, -1.0, panel + f.pivots, f.order, work.data(),
+                        rest, 1.0, own, y.n);
+        dense::trsm('L', 'L', 'T', 'N', f.pivots, y.columns, panel, f.order, own, y.n);
+    } else {
+        if (rest > 0)
+            dense::gemm('N', 'N', f.pivots, y.columns, rest, -1.0, rights_.get() + f.right, f.pivots,
+                        work.data(), rest, 1.0, own, y.n);
+        dense::trsm('L', 'U', 'N', 'U', f.pivots, y.columns, panel, f.order, own, y.n);
     }
-
-    for (auto f = analysis_.fronts.rbegin(); f != analysis_.fronts.rend(); ++f) {
-        const double* panel = panels_.get() + f->panel;
-        double* own = y.value.data() + f->first;
-        dense::scaleRows(f->pivots, columns, own, n, d_.data() + f->first);
-        const int rest = f->rest();
-        if (rest > 0) {
-            const int* rows = analysis_.rowsOf(*f) + f->pivots;
-            for (int j = 0; j < columns; ++j)
-                for (int i = 0; i < rest; ++i)
-                    gathered[i + static_cast<std::size_t>(rest) * j] = y.column(j)[rows[i]];
-            dense::gemm('T', 'N', f->pivots, columns, rest, -1.0, panel + f->pivots, f->order,
-                        gathered.data(), rest, 1.0, own, n);
-        }
-        dense::trsm('L', 'L', 'T', 'N', f->pivots, columns, panel, f->order, own, n);
-    }
-
-    for (int j = 0; j < columns; ++j)
-        for (int k = 0; k < n; ++k) {
-            const int old = analysis_.permutation[k];
-            x.column(j)[old] = scale_[old] * y.column(j)[k];
-        }
 }

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Multifrontal factorisation S*P*A*P^T*S = L*D*L^T, S the scaling and P the order of the analysis.
+// Multifrontal factorisation P*A*P^T = L*D*L^T or L*D*U, P the order of the analysis, A equilibrated.
 #pragma once
 
 #include "analysis.h"
+#include "extend_add.h"
 #include "front.h"
 
 #include <functional>
@@ -14,25 +15,30 @@ using Progress = std::function<void(double)>;
 class Factor
 {
 public:
-    Factor(const Analysis& analysis, const SparseMatrix& a, const std::vector<double>& scale,
-           const PivotRule& rule, const Progress& progress);
+    // Symmetric if `a` says so. The analysis must outlive the factor.
+    Factor(const Analysis& analysis, const SparseMatrix& a, const PivotRule& rule, const Progress& progress);
 
     // X := A^-1 * X
     void solve(Vectors& x) const;
 
-    // Signs of the pivots taken as they were; replaced ones count as neither.
+    // Signs of the pivots that were used as they came, and the number of those that were not.
     int positive() const { return positive_; }
     int negative() const { return negative_; }
-    int replaced() const { return replaced_; }
+    int treated() const { return treated_; }
+
+    double flops() const { return symmetric_ ? analysis_.flops : 2.0 * analysis_.flops; }
 
 private:
-    void assemble(const Front& front, const SparseMatrix& a, double* panel);
-    void countPivots();
+    FrontStorage assemble(const Front& front, const SparseMatrix& a, const SparseMatrix& columns,
+                          double* schur);
+    void forward(const Front& front, Vectors& y, std::vector<double>& work) const;
+    void backward(const Front& front, Vectors& y, std::vector<double>& work) const;
+    void countPivots(const std::vector<double>& corrections);
 
     const Analysis& analysis_;
-    const std::vector<double>& scale_;
-    std::unique_ptr<double[]> panels_;
+    bool symmetric_;
+    std::unique_ptr<double[]> panels_, rights_;
     std::vector<double> d_, dinv_;
     std::vector<int> local_; // position of a row in the front being assembled
-    int positive_ = 0, negative_ = 0, replaced_ = 0;
+    int positive_ = 0, negative_ = 0, treated_ = 0;
 };

@@ -4,20 +4,43 @@
 #include "dense.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <vector>
 
+namespace {
+
+// The panel width of an elimination of p pivots.
 int panelWidth(const PivotRule& rule, int pivots)
 {
     if (rule.nb > 0)
         return rule.nb;
-    return pivots <= 128 ? std::max(pivots, 1) : pivots <= 1400 ? 32 : pivots <= 3000 ? 48 : 96;
+    return pivots <= 128 ? pivots : pivots <= 1400 ? 32 : pivots <= 3000 ? 48 : 96;
 }
 
-void eliminateSymmetric(const PivotRule& rule, int pivots, int rest, double* panel, double* schur, double* d,
-                        double* dinv)
+// The regularised eliminations take tolerance (relative to the shift) and shift pivot by pivot.
+struct PerPivot
+{
+    PerPivot(const PivotRule& rule, int pivots)
+        : tolerance(pivots, rule.tolerance / rule.shift), shift(pivots, rule.shift)
+    {
+    }
+    std::vector<double> tolerance, shift;
+};
+
+} // namespace
+
+void eliminateSymmetric(const PivotRule& rule, int pivots, int rest, double* panel, double* schur,
+                        const Pivots& out)
 {
     const int order = pivots + rest;
     const int nb = panelWidth(rule, pivots);
-    blac_selim_(&pivots, &nb, &rule.tolerance, panel, &order, d, dinv);
+    if (rule.shift > 0.0) {
+        const PerPivot per(rule, pivots);
+        blac_selim_reg_(&pivots, &nb, panel, &order, out.d, out.dinv, per.tolerance.data(), out.negative,
+                        per.shift.data(), out.correction);
+    } else {
+        blac_selim_(&pivots, &nb, &rule.tolerance, panel, &order, out.d, out.dinv);
+    }
     if (rest == 0)
         return;
 
@@ -30,7 +53,29 @@ void eliminateSymmetric(const PivotRule& rule, int pivots, int rest, double* pan
         dense::trsm('R', 'U', 'N', 'U', rest, width, diagonal, order, rows, order);
         if (later > 0)
             dense::subtractScaledProduct(rest, later, width, rows, order, diagonal + width, order,
-                                         rows + static_cast<std::int64_t>(order) * width, order, dinv + j);
+                                         rows + static_cast<std::int64_t>(order) * width, order,
+                                         out.dinv + j);
     }
-    dense::subtractScaledSquare(std::min(rest, 96), rest, pivots, panel + pivots, order, schur, rest, dinv);
+    dense::subtractScaledSquare(std::min(rest, 96), rest, pivots, panel + pivots, order, schur, rest,
+                                out.dinv);
+}
+
+void eliminateUnsymmetric(const PivotRule& rule, int pivots, int rest, double* panel, double* right,
+                          double* schur, const Pivots& out)
+{
+    const int order = pivots + rest;
+    const int nb = panelWidth(rule, pivots);
+    if (rule.shift > 0.0) {
+        const PerPivot per(rule, pivots);
+        blac_uelim_reg_(&pivots, &nb, panel, &order, out.d, out.dinv, per.tolerance.data(), out.negative,
+                        per.shift.data(), out.correction);
+    } else {
+        blac_uelim_(&pivots, &nb, &rule.tolerance, panel, &order, out.d, out.dinv);
+    }
+    if (rest == 0)
+        return;
+    double* below = panel + pivots;
+    dense::trsm('R', 'U', 'N', 'U', rest, pivots, panel, order, below, order);  // L21*D := F21 * U11^-1
+    dense::trsm('L', 'L', 'N', 'N', pivots, rest, panel, order, right, pivots); // U12 := (L11*D)^-1 * F12
+    dense::gemm('N', 'N', rest, rest, pivots, -1.0, below, order, right, pivots, 1.0, schur, rest);
 }

@@ -1,23 +1,35 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The elimination of one dense front. The front
+// The elimination of one dense front, p pivots and m rows that stay:
 //
-//     F11  .      p pivots
-//     F21  C      m rows that stay
+//     F11  F12
+//     F21  C
 //
-// lives in two pieces: `panel` holds F11 over F21 (p + m rows, p columns) and ends as the factor, `rest`
-// holds C (order m) and ends as the Schur complement.
+// `panel` holds F11 over F21 (p + m rows, p columns), `right` holds F12 (p rows, m columns; unsymmetric
+// fronts only), `schur` holds C (order m). All are column-major without gaps. Panel and right end as the
+// factor, schur as the Schur complement C - F21 * F11^-1 * F12.
 #pragma once
 
 struct PivotRule
 {
-    double tolerance = 0.0; // a pivot of at most this magnitude is replaced
+    double tolerance = 0.0; // a pivot of at most this magnitude counts as tiny
+    double shift = 0.0;     // 0: a tiny pivot is replaced by 1e36, which takes its unknown out of the system;
+                            // else it is moved away from zero by this much
     int nb = 0;             // panel width; 0: by the size of the front
 };
 
-// The panel width that the elimination uses for p pivots.
-int panelWidth(const PivotRule& rule, int pivots);
+// Where the pivots of a front go, p of each.
+struct Pivots
+{
+    double* d;           // out: pivots as used
+    double* dinv;        // out: their reciprocals
+    const int* negative; // in: 1 where a tiny pivot is to become negative (shift > 0 only)
+    double* correction;  // out: not zero where a pivot was moved (shift > 0 only)
+};
 
-// Symmetric, lower triangles: the panel ends as L*D (pivots on the diagonal), the rest as C - L21*D*L21^T.
-// d and dinv receive the pivots and their reciprocals; a replaced pivot shows as d = 1e36.
-void eliminateSymmetric(const PivotRule& rule, int pivots, int rest, double* panel, double* schur, double* d,
-                        double* dinv);
+// Only lower triangles are read. The panel ends as L*D: pivots on the diagonal, unit lower L times D below.
+void eliminateSymmetric(const PivotRule& rule, int pivots, int rest, double* panel, double* schur,
+                        const Pivots& out);
+
+// The panel ends as L*D (with U11 above the diagonal), right as U12, U unit upper.
+void eliminateUnsymmetric(const PivotRule& rule, int pivots, int rest, double* panel, double* right,
+                          double* schur, const Pivots& out);

@@ -1,53 +1,75 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // bla_solve: a sparse direct solver on the dense kernels of the module. See --help.
-#include "analysis.h"
 #include "beam.h"
 #include "error.h"
-#include "factor.h"
 #include "matrix_market.h"
 #include "options.h"
-#include "refine.h"
 #include "report.h"
-#include "scaling.h"
+#include "solver.h"
+#include "stopwatch.h"
 
 #include <TOVBlaModule.h>
 
-#include <chrono>
+#include <cerrno>
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <random>
 #include <unistd.h>
 
 namespace {
 
-class Stopwatch
+struct Problem
 {
-public:
-    // seconds since the last call
-    double lap()
-    {
-        const auto now = std::chrono::steady_clock::now();
-        const double seconds = std::chrono::duration<double>(now - last_).count();
-        last_ = now;
-        return seconds;
-    }
-
-private:
-    std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
+    SparseMatrix a;
+    Vectors b;
+    Vectors exact; // empty where the solution is not known
 };
 
 // x known, b = A*x
-Vectors chosenSolution(int n, const Options& options)
+void chooseSolution(Problem& problem, const Options& options)
 {
-    Vectors x(n, options.columns);
+    Vectors x(problem.a.n, options.columns);
     std::mt19937_64 random(1);
     for (int j = 0; j < x.columns; ++j)
-        for (int i = 0; i < n; ++i)
+        for (int i = 0; i < x.n; ++i)
             x.column(j)[i] = options.rhs == "ones" && j == 0
                                  ? 1.0
                                  : std::ldexp(static_cast<double>(random() >> 11), -52) - 1.0;
-    return x;
+    problem.b = Vectors(x.n, x.columns);
+    multiply(problem.a, x.value.data(), problem.b.value.data(), x.columns);
+    problem.exact = std::move(x);
+}
+
+Problem readProblem(const Options& options)
+{
+    Problem problem;
+    if (options.matrix.empty()) {
+        problem.a = beamStiffness(options.beam);
+        problem.b = beamLoad(options.beam);
+        return problem;
+    }
+    problem.a = readMatrix(options.matrix);
+    if (options.method == Method::symmetric && !problem.a.symmetric)
+        throw InputError(options.matrix +
+                         ": the matrix is not symmetric, and --method ldlt asks for a symmetric one");
+    if (options.rhs == "ones" || options.rhs == "random")
+        chooseSolution(problem, options);
+    else
+        problem.b = readVectors(options.rhs, problem.a.n);
+    return problem;
+}
+
+// Better now than after the work.
+void checkWritable(const std::string& path)
+{
+    if (path.empty() || access(path.c_str(), W_OK) == 0)
+        return;
+    const std::size_t slash = path.rfind('/');
+    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+    if (errno != ENOENT || access(folder.c_str(), W_OK | X_OK) != 0)
+        throw InputError(path + ": cannot be written: " + std::strerror(errno));
 }
 
 double relativeError(const Vectors& x, const Vectors& exact)
@@ -64,73 +86,130 @@ double relativeError(const Vectors& x, const Vectors& exact)
     return worst;
 }
 
+// One line that is written over while the work goes on, and gone at its end.
+Monitor progressLine(bool wanted)
+{
+    if (!wanted || !isatty(STDOUT_FILENO) || !isatty(STDERR_FILENO))
+        return [](const char*, double) {};
+    return [watch = Stopwatch(), waited = 1.0](const char* what, double share) mutable {
+        waited += watch.lap();
+        if (share >= 1.0)
+            std::fputs("\r\033[K", stderr);
+        else if (share == 0.0 || waited > 0.1)
+            waited = 0.0, std::fprintf(stderr, "\r\033[K%s ... %.0f %%", what, 100.0 * share);
+    };
+}
+
+std::string text(const char* pattern, double a, double b = 0.0, double c = 0.0)
+{
+    char buffer[120];
+    std::snprintf(buffer, sizeof buffer, pattern, a, b, c);
+    return buffer;
+}
+
+void addPhase(Report& report, const char* key, const char* label, const Phase& phase)
+{
+    report.add(std::string(key) + "_seconds", "", phase.seconds);
+    if (phase.flops == 0.0) {
+        report.line(label, text("%8.3f s", phase.seconds));
+        return;
+    }
+    report.add(std::string(key) + "_gflop", "", phase.flops * 1e-9);
+    report.add(std::string(key) + "_gflops", "", phase.gflops());
+    report.line(label,
+                text("%8.3f s %9.3f Gflop %8.2f GFLOP/s", phase.seconds, phase.flops * 1e-9, phase.gflops()));
+}
+
+void reportBeam(Report& report, const BeamMesh& mesh, const Vectors& x, const std::string& vtk)
+{
+    const double tip = tipDeflection(mesh, x.value.data()), theory = tipDeflectionTheory(mesh);
+    const double deviation = 100.0 * (tip / theory - 1.0);
+    report.heading("Deflection of the tip");
+    report.add("tip_deflection", "", tip);
+    report.add("tip_deflection_theory", "", theory);
+    report.add("tip_deflection_deviation_percent", "", deviation);
+    report.line("computed", text("%.4f mm", 1e3 * tip));
+    report.line("Timoshenko beam theory", text("%.4f mm (computed: %+.2f %%)", 1e3 * theory, deviation));
+    if (vtk.empty())
+        return;
+    // exaggerated so that the tip moves by a tenth of the length
+    const double factor = tip > 0.0 && std::isfinite(tip) ? std::ceil(0.1 * mesh.size[0] / tip) : 1.0;
+    writeDeformedBeam(vtk, mesh, x.value.data(), factor);
+    report.add("vtk_file", "", vtk);
+    report.add("vtk_exaggeration", "", factor);
+    report.line("deformed beam", vtk + text(" (for ParaView; displacements x %.0f)", factor));
+}
+
 int run(const Options& options)
 {
     Stopwatch watch;
-    Report report;
     const bool beam = options.matrix.empty();
-    SparseMatrix a;
-    Vectors b, exact;
-    if (beam) {
-        a = beamStiffness(options.beam);
-        b = beamLoad(options.beam);
-    } else {
-        a = readMatrix(options.matrix);
-        if (options.rhs == "ones" || options.rhs == "random") {
-            exact = chosenSolution(a.n, options);
-            b = Vectors(a.n, exact.columns);
-            multiply(a, exact.value.data(), b.value.data(), b.columns);
-        } else {
-            b = readVectors(options.rhs, a.n);
-        }
-    }
+    const BeamMesh& mesh = options.beam;
+    checkWritable(options.solution);
+    checkWritable(beam ? options.vtk : "");
     if (options.threads > 0)
         blaC_set_num_threads(options.threads);
-    const double inputSeconds = watch.lap();
+    const Monitor monitor = progressLine(!options.json);
+    monitor("reading", 0.0);
+    const Problem problem = readProblem(options);
+    const Phase input{watch.lap(), 0.0};
+    const bool symmetric = problem.a.symmetric && options.method != Method::unsymmetric;
+    const Outcome outcome =
+        solve(problem.a, problem.b, {symmetric, options.tolerance, options.nb, options.refinements}, monitor);
+    const Phase total{input.seconds + watch.lap(), 0.0};
+    monitor("", 1.0);
 
-    const std::vector<double> scale = equilibrate(a);
-    std::vector<char> late(a.n, 1);
-    for (int i = 0; i < a.n; ++i)
-        for (int p = a.start[i]; p < a.start[i + 1]; ++p)
-            if (a.column[p] == i && a.value[p] != 0.0)
-                late[i] = 0;
-    const Analysis analysis = analyse(a, late);
-    const double analysisSeconds = watch.lap();
-
-    const Factor factor(analysis, a, scale, {options.tolerance, options.nb}, {});
-    const double factorSeconds = watch.lap();
-
-    const Refined solution = solveRefined(
-        a, b, [&](Vectors& x) { factor.solve(x); }, options.refinements);
-    const double solveSeconds = watch.lap();
-
-    report.add("unknowns", "unknowns", std::int64_t{a.n});
-    report.add("nonzeros", "nonzeros", static_cast<std::int64_t>(a.entries()));
-    report.add("ordering", "ordering", std::string(analysis.ordering));
-    report.add("fronts", "fronts", static_cast<std::int64_t>(analysis.fronts.size()));
-    report.add("largest_front", "largest front", std::int64_t{analysis.largestFront});
-    report.add("factor_entries", "factor entries", analysis.factorEntries);
-    report.add("gflop", "work", analysis.flops * 1e-9, "Gflop");
-    report.add("input_seconds", "input", inputSeconds, "s");
-    report.add("analysis_seconds", "analysis", analysisSeconds, "s");
-    report.add("factor_seconds", "factor", factorSeconds, "s");
-    report.add("factor_gflops", "factor", analysis.flops * 1e-9 / factorSeconds, "GFLOP/s");
-    report.add("solve_seconds", "solve", solveSeconds, "s");
-    report.add("positive_pivots", "positive pivots", std::int64_t{factor.positive()});
-    report.add("negative_pivots", "negative pivots", std::int64_t{factor.negative()});
-    report.add("replaced_pivots", "replaced pivots", std::int64_t{factor.replaced()});
-    report.add("refinement_steps", "refinement steps", std::int64_t{solution.steps});
-    report.add("relative_residual", "relative residual", solution.residual);
-    report.add("correction", "last correction", solution.correction);
-    if (exact.n > 0)
-        report.add("solution_error", "solution error", relativeError(solution.x, exact));
+    Report report;
     if (beam) {
-        report.add("tip", "tip", tipDeflection(options.beam, solution.x.value.data()));
-        report.add("theory", "theory", tipDeflectionTheory(options.beam));
-        writeDeformedBeam(options.vtk, options.beam, solution.x.value.data(), 50.0);
+        const std::string elements = std::to_string(mesh.elements[0]) + "x" +
+                                     std::to_string(mesh.elements[1]) + "x" +
+                                     std::to_string(mesh.elements[2]);
+        report.heading("Cantilever beam, linear elasticity, 8-node hexahedra with incompatible modes");
+        report.add("mesh", "mesh", elements, "elements");
+        report.line("beam", text("%g m x %g m x %g m", mesh.size[0], mesh.size[1], mesh.size[2]) +
+                                text(", E = %g GPa, nu = %g, tip load %g kN", mesh.young * 1e-9, mesh.poisson,
+                                     mesh.force * 1e-3));
+    } else {
+        report.heading(options.matrix);
+        report.add("file", "", options.matrix);
     }
+    report.add("unknowns", "unknowns", std::int64_t{problem.a.n});
+    report.add("nonzeros", "nonzeros", static_cast<std::int64_t>(problem.a.entries()));
+    report.add("symmetric", "symmetric", problem.a.symmetric);
+    report.add("right_hand_sides", "right-hand sides", std::int64_t{problem.b.columns});
+    report.heading("Factorisation");
+    report.add("method", "method", std::string(symmetric ? "L*D*L^T" : "L*D*U"));
+    report.add("ordering", "ordering", std::string(outcome.ordering));
+    report.add("fronts", "fronts", std::int64_t{outcome.fronts});
+    report.add("largest_front", "largest front", std::int64_t{outcome.largestFront});
+    report.add("factor_entries", "factor entries", outcome.factorEntries);
+    report.add("gflop", "", outcome.factorisation.flops * 1e-9);
+    report.add("positive_pivots", "positive pivots", std::int64_t{outcome.positive});
+    report.add("negative_pivots", "negative pivots", std::int64_t{outcome.negative});
+    report.add("replaced_pivots", "replaced pivots", std::int64_t{outcome.replaced});
+    report.add("shifted_pivots", "shifted pivots", std::int64_t{outcome.shifted});
+    report.heading("Time");
+    report.add("threads", "BLAS threads", std::int64_t{blaC_get_num_threads()});
+    addPhase(report, "input", beam ? "assembly" : "reading", input);
+    addPhase(report, "analysis", "analysis", outcome.analysis);
+    addPhase(report, "factorisation", "factorisation", outcome.factorisation);
+    addPhase(report, "solution", "solution", outcome.solution);
+    addPhase(report, "refinement", "residuals", outcome.refinement);
+    addPhase(report, "total", "total", total);
+    if (beam)
+        reportBeam(report, mesh, outcome.answer.x, options.vtk);
+    report.heading("Answer");
+    report.add("refinement_steps", "refinement steps", std::int64_t{outcome.answer.steps});
+    report.add("relative_residual", "relative residual", outcome.answer.residual);
+    report.add("estimated_error", "estimated error", outcome.answer.correction);
+    if (problem.exact.n > 0)
+        report.add("solution_error", "error of the solution", relativeError(outcome.answer.x, problem.exact));
+    report.add("trusted", "", outcome.trusted);
+    report.add("verdict", "verdict", outcome.verdict);
+    if (!options.solution.empty())
+        writeVectors(options.solution, outcome.answer.x);
     std::fputs((options.json ? report.json() : report.text()).c_str(), stdout);
-    return 0;
+    return outcome.trusted ? 0 : 1;
 }
 
 } // namespace

@@ -22,6 +22,9 @@
 
 namespace {
 
+// CHOLMOD takes numbers from here on for infinite.
+constexpr double largestValue = 1e308;
+
 struct Header
 {
     bool array = false;
@@ -215,9 +218,11 @@ Header check(const Text& text)
         const std::string_view word = words.word[words.count - 1];
         if (!parseNumber(word, value))
             fail(text, number, std::string(word) + " is not a number" + torn);
-        if (!std::isfinite(value))
+        if (std::isnan(value))
+            fail(text, number, "the value is not a number (NaN)");
+        if (std::fabs(value) >= largestValue)
             fail(text, number,
-                 "the value is " + std::string(std::isnan(value) ? "not a number (NaN)" : "infinite"));
+                 "the value " + std::string(word) + " is infinite, or too large to compute with");
         if (header.skew && !header.array && i == j && value != 0.0)
             fail(text, number, "a skew-symmetric matrix has no diagonal");
     }

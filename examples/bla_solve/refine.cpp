@@ -28,7 +28,7 @@ double residual(const SparseMatrix& a, double normA, const Vectors& b, const Vec
             r.column(j)[i] = b.column(j)[i] - r.column(j)[i];
         const double norm = maxNorm(r.column(j), x.n);
         const double scale = normA * maxNorm(x.column(j), x.n) + maxNorm(b.column(j), x.n);
-        const double relative = norm == 0.0 ? 0.0 : norm / scale;
+        const double relative = norm == 0.0 ? 0.0 : std::isfinite(scale) ? norm / scale : HUGE_VAL;
         worst = std::max(worst, std::isnan(relative) ? HUGE_VAL : relative);
     }
     return worst;

@@ -41,10 +41,14 @@ std::string quoted(const std::string& text)
 
 } // namespace
 
-void Report::add(std::string key, std::string label,
-                 std::variant<bool, std::int64_t, double, std::string> value, std::string unit)
+void Report::add(std::string key, std::string label, Value value, std::string unit)
 {
     items_.push_back({std::move(key), std::move(label), std::move(value), std::move(unit)});
+}
+
+void Report::line(std::string label, std::string text)
+{
+    items_.push_back({"", std::move(label), std::move(text), ""});
 }
 
 void Report::heading(std::string text)
@@ -56,7 +60,7 @@ std::string Report::text() const
 {
     std::string out;
     for (const Item& item : items_) {
-        if (item.key.empty()) {
+        if (item.key.empty() && std::get<std::string>(item.value).empty()) {
             out += (out.empty() ? "" : "\n") + item.label + "\n";
             continue;
         }

@@ -10,9 +10,12 @@
 class Report
 {
 public:
+    using Value = std::variant<bool, std::int64_t, double, std::string>;
+
     // `key` names the value in JSON, `label` in text ("": not shown there); `unit` follows it in text.
-    void add(std::string key, std::string label, std::variant<bool, std::int64_t, double, std::string> value,
-             std::string unit = "");
+    void add(std::string key, std::string label, Value value, std::string unit = "");
+    // Text only.
+    void line(std::string label, std::string text);
     void heading(std::string text);
 
     std::string text() const;
@@ -22,7 +25,7 @@ private:
     struct Item
     {
         std::string key, label;
-        std::variant<bool, std::int64_t, double, std::string> value;
+        Value value;
         std::string unit;
     };
     std::vector<Item> items_;

@@ -1,14 +1,28 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Equilibration: factors that bring the entries of a matrix to the order of one, so that a pivot tolerance
-// means the same for every matrix. All factors are powers of two: scaling rounds nothing.
+// Equilibration: brings the entries of a matrix to the order of one, so that a pivot tolerance means the same
+// for every matrix. All factors are powers of two: scaling rounds nothing.
 #pragma once
 
 #include "sparse_matrix.h"
 
 #include <vector>
 
-// s with max over j of |s(i)*a(i,j)*s(j)| about 1 in every row i
-std::vector<double> equilibrate(const SparseMatrix& a);
+// matrix = diag(row) * Q * A * diag(column), row i of Q*A being row rowOf[i] of A
+struct Equilibrated
+{
+    SparseMatrix matrix;
+    std::vector<int> rowOf;
+    std::vector<double> row, column;
+    int structuralRank = 0; // entries of the diagonal that can be made nonzero
 
-// The power of two nearest to x > 0 (in the logarithm).
-double nearestPowerOfTwo(double x);
+    // b of A*x = b to the right-hand side of the equilibrated system, and its solution back to x; in place
+    void enter(Vectors& b) const;
+    void leave(Vectors& x) const;
+};
+
+// A symmetric, and so is the result: rows stay where they are, rows and columns have the same factors.
+Equilibrated equilibrateSymmetric(const SparseMatrix& a);
+
+// Rows are exchanged so that the product of the diagonal entries is as large as possible; diagonal entries
+// end at about 1, others at most there.
+Equilibrated equilibrateUnsymmetric(const SparseMatrix& a);

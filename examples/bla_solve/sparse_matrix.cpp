@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "sparse_matrix.h"
 
+#include <TOVBlaModule.h>
+
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 SparseMatrix fromTriplets(int n, std::vector<Triplet> entries)
 {
@@ -51,6 +54,22 @@ SparseMatrix transposed(const SparseMatrix& a)
     return t;
 }
 
+SparseMatrix symmetrisedPattern(const SparseMatrix& a, const SparseMatrix& transposedA)
+{
+    SparseMatrix s;
+    s.n = a.n;
+    s.symmetric = true;
+    s.start.push_back(0);
+    for (int i = 0; i < a.n; ++i) {
+        std::set_union(a.column.begin() + a.start[i], a.column.begin() + a.start[i + 1],
+                       transposedA.column.begin() + transposedA.start[i],
+                       transposedA.column.begin() + transposedA.start[i + 1], std::back_inserter(s.column));
+        s.start.push_back(static_cast<int>(s.column.size()));
+    }
+    s.value.assign(s.column.size(), 1.0);
+    return s;
+}
+
 bool equal(const SparseMatrix& a, const SparseMatrix& b)
 {
     return a.start == b.start && a.column == b.column && a.value == b.value;
@@ -70,11 +89,5 @@ double normInf(const SparseMatrix& a)
 
 void multiply(const SparseMatrix& a, const double* x, double* y, int columns)
 {
-    for (int k = 0; k < columns; ++k)
-        for (int i = 0; i < a.n; ++i) {
-            double sum = 0.0;
-            for (int p = a.start[i]; p < a.start[i + 1]; ++p)
-                sum += a.value[p] * x[a.column[p] + static_cast<std::size_t>(k) * a.n];
-            y[i + static_cast<std::size_t>(k) * a.n] = sum;
-        }
+    blac_sparse_umv_(a.value.data(), x, a.start.data(), a.column.data(), y, &a.n, &a.n, &columns);
 }

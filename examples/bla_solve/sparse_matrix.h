@@ -26,6 +26,8 @@ struct Triplet
 SparseMatrix fromTriplets(int n, std::vector<Triplet> entries);
 
 SparseMatrix transposed(const SparseMatrix& a);
+// The pattern of A + A^T, every value 1.
+SparseMatrix symmetrisedPattern(const SparseMatrix& a, const SparseMatrix& transposedA);
 bool equal(const SparseMatrix& a, const SparseMatrix& b);
 
 // max over i of the sum over j of |a(i,j)|

@@ -1,0 +1,94 @@
+# SPDX-License-Identifier: BSD-3-Clause
+"""Real matrices, from the folder that BLA_TEST_DATA names; status 77 (skipped) without it."""
+import os
+import sys
+import unittest
+
+import runner
+
+POSITIVE_DEFINITE = ["bar_hex8", "bcsstk01", "bcsstk02", "bcsstk11", "bcsstk14", "bcsstk15", "bcsstk18", "lund_a",
+                     "msc01050", "nos1", "nos3", "nos5", "rail1357_M", "s3rmt3m3", "unit_cube_p1"]
+# (positive, negative) eigenvalues
+INDEFINITE = {"e05r0000": (162, 74), "reorientation_1": (396, 281)}
+UNSYMMETRIC = ["e05r0100", "orsreg_1", "recirc_flow_q1", "steam2", "utm300", "west0479"]
+
+
+def matrix(name):
+    return os.path.join(runner.DATA, name + ".mtx")
+
+
+class Data(runner.Case):
+    def solved(self, name, *options):
+        """Solves, and computes the residual again from the files, with exactly rounded sums."""
+        report = self.report(matrix(name), "--solution", "x.mtx", *options)
+        self.assertLess(report["relative_residual"], 1e-14)
+        self.assertLessEqual(report["refinement_steps"], 4)
+        n, entries = runner.read_matrix(matrix(name))
+        self.assertEqual((report["unknowns"], report["nonzeros"]), (n, len(entries)))
+        b = [0.0] * n
+        for i, j, value in entries:
+            b[i] += value
+        x, = runner.read_vectors(self.path("x.mtx"))
+        self.assertLess(runner.relative_residual(n, entries, x, b), 1e-14)
+        self.assertAlmostEqual(report["solution_error"], max(abs(v - 1.0) for v in x), delta=1e-15)
+        return report
+
+    def test_positive_definite_matrices_are_solved(self):
+        for name in POSITIVE_DEFINITE:
+            with self.subTest(name):
+                report = self.solved(name)
+                self.assertEqual(report["method"], "L*D*L^T")
+                self.assertEqual(report["positive_pivots"], report["unknowns"])
+                # the estimate is one of size, and cond(msc01050) leaves but three digits
+                self.assertLess(report["solution_error"], max(50 * report["estimated_error"], 1e-14))
+
+    def test_indefinite_matrices_are_solved_and_show_their_inertia(self):
+        for name, inertia in INDEFINITE.items():
+            with self.subTest(name):
+                report = self.solved(name)
+                self.assertEqual((report["positive_pivots"], report["negative_pivots"]), inertia)
+
+    def test_pivots_that_vanish_are_shifted_and_said_to_be(self):
+        report = self.solved("ACTIVSg200_kkt")
+        self.assertGreater(report["shifted_pivots"], 0)
+        self.assertLess(report["shifted_pivots"], 30)
+        self.assertEqual(report["positive_pivots"], 2768)
+
+    def test_unsymmetric_matrices_are_solved(self):
+        for name in UNSYMMETRIC:
+            with self.subTest(name):
+                self.assertEqual(self.solved(name)["method"], "L*D*U")
+
+    def test_a_symmetric_matrix_is_solved_by_ldu_as_well(self):
+        for name in ("lund_a", "bcsstk11", "e05r0000", "ACTIVSg200_kkt"):
+            with self.subTest(name):
+                self.assertEqual(self.solved(name, "--method", "ldu")["method"], "L*D*U")
+
+    def test_singular_matrices_are_called_so(self):
+        mass = self.report(matrix("bcsstm01"), status=1)
+        self.assertEqual((mass["positive_pivots"], mass["replaced_pivots"]), (24, 24))
+        self.assertIn("singular", mass["verdict"])
+        flow = self.report(matrix("fidapm05"), status=1)
+        self.assertEqual((flow["positive_pivots"], flow["negative_pivots"], flow["replaced_pivots"]), (27, 14, 1))
+        self.assertLess(flow["relative_residual"], 1e-14)
+        self.assertIn("singular", flow["verdict"])
+        heat = self.report(matrix("rail1357_K"), status=1)
+        self.assertEqual(heat["positive_pivots"], 1356)
+        self.assertIn("singular", heat["verdict"])
+
+    def test_an_ill_conditioned_matrix_is_called_so(self):
+        report = self.report(matrix("msc01050"))
+        self.assertIn("ill-conditioned", report["verdict"])
+
+    def test_a_complex_file_is_refused(self):
+        self.refused(matrix("young1c"), says=["young1c.mtx", "complex"])
+
+    def test_an_unsymmetric_file_is_refused_where_a_symmetric_one_is_asked_for(self):
+        self.refused(matrix("west0479"), "--method", "ldlt", says=["west0479.mtx", "not symmetric"])
+
+
+if __name__ == "__main__":
+    if not os.path.isdir(runner.DATA):
+        print("no matrices: " + runner.DATA + " does not exist (BLA_TEST_DATA names their folder)")
+        sys.exit(77)
+    runner.main()
