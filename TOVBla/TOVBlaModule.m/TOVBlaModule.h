@@ -1203,7 +1203,70 @@ void blac_uelim_reg_(const int* n, const int* nb, double* a, const int* lda, dou
 
 /* -------------------------------------------------------------------------------------------------------------
  */
-/* @CHOLESKY@ */
+/**
+ * @defgroup cholesky Cholesky modification
+ *
+ * A lower triangular factor follows its matrix when a rank-one term is added or subtracted: O(n²) work
+ * instead of a new factorisation. The strict upper triangle of the array is neither read nor written.
+ * @{
+ */
+
+/**
+ * L·S·Lᵀ := L·S·Lᵀ ± x·xᵀ for a factor with signs, S = diag(+1 for the first nlead columns, -1 for the rest).
+ *
+ * Column by column, j = 1..ncol, a plane rotation moves x(j) into the diagonal, with t = x(j)/l(j,j):
+ * - signs of the column and of the term agree: c = sqrt(t² + 1), l(i,j) := (t·x(i) + l(i,j))/c;
+ * - they differ: refused if |t| >= 1 - tol, else c = sqrt(1 - t²), l(i,j) := (l(i,j) - t·x(i))/c;
+ * - both: l(j,j) := l(j,j)·c, and with the new l(i,j) x(i) := x(i)·c - t·l(i,j), for i = j+1..n.
+ *
+ * So nlead >= n is the update ("P") or downdate ("N") of a plain Cholesky factor. With ncol < n, x(ncol+1..n)
+ * returns what the trailing columns have yet to absorb. A zero diagonal element gives infinities and NaN that
+ * run on; a NaN t is not refused.
+ * @param job   'P': add x·xᵀ; 'N': subtract it; any other: nothing is done, info = 0
+ * @param n     order of L
+ * @param nlead columns with sign +1, at least 0
+ * @param ncol  columns to modify, at most n; below 1 nothing changes
+ * @param l     [ldl × n] factor, in/out: lower triangle of the first ncol columns
+ * @param ldl   leading dimension, at least n
+ * @param x     [n] in: the vector; out: x(i) as the rotations left it. x(j) stays as column j found it
+ * @param tol   safety margin of the second kind of rotation
+ * @param info  0; or the column j that was refused: columns 1..j-1 and x are then modified as far as j-1,
+ * column j is unchanged
+ */
+void blac_cholupd_(const char* job, const int* n, const int* nlead, const int* ncol, double* l,
+                   const int* ldl, double* x, const double* tol, int* info);
+
+/**
+ * L·Lᵀ := L·Lᵀ + x·xᵀ by Givens rotations, row by row of L.
+ *
+ * Each row is turned by the rotations of the rows above, t = c(i)·l(j,i) + ξ·s(i), ξ := ξ·c(i) - s(i)·l(j,i),
+ * l(j,i) := t from ξ = x(j) on; then the library's `drotg_` zeroes ξ against l(j,j). Diagonal elements may
+ * come out negative, as `drotg_` has it. Never fails.
+ * @param l   [ldl × p] factor, in/out
+ * @param ldl leading dimension, at least p
+ * @param p   order of L; below 1 nothing is touched
+ * @param x   [p] in
+ * @param c   [p] cosines of the rotations, out
+ * @param s   [p] sines, out
+ */
+void blac_dchud_(double* l, const int* ldl, const int* p, const double* x, double* c, double* s);
+
+/**
+ * L·Lᵀ := L·Lᵀ - x·xᵀ by Givens rotations, if the result is positive definite.
+ *
+ * Solves L·a = x with the library's `ddot_` on the rows of L; refuses unless `dnrm2_` of a is below 1; turns
+ * a into rotations from the last row up, and applies them to the rows of L.
+ * @param l    [ldl × p] factor, in/out; unchanged when refused
+ * @param ldl  leading dimension, at least p
+ * @param p    order of L; below 1 only s(1) = x(1)/l(1,1) is formed (all three must exist)
+ * @param x    [p] in
+ * @param c    [p] cosines, out; unchanged when refused
+ * @param s    [p] sines, out; L⁻¹·x when refused
+ * @param info 0; or -1: refused, the norm of L⁻¹·x is 1 or more, or NaN
+ */
+void blac_dchdd_(double* l, const int* ldl, const int* p, const double* x, double* c, double* s, int* info);
+
+/** @} */
 
 /* -------------------------------------------------------------------------------------------------------------
  */
@@ -1217,16 +1280,16 @@ void blac_uelim_reg_(const int* n, const int* nb, double* a, const int* lda, dou
  * ia[i+1] <= ia[i] is empty. Columns need not be in order within a row, and may repeat. Nothing of this is
  * checked.
  *
- * The dense matrices have their row count as leading dimension. Each column of the result is the same whatever
- * columns stand beside it.
+ * The dense matrices have their row count as leading dimension. Each column of the result is the same
+ * whatever columns stand beside it.
  * @{
  */
 
 /**
  * Y := A·X.
  *
- * y(i,k) is the sum, from +0 on and in storage order, of a[p]·x(ja[p],k) over the entries of row i. All of Y is
- * written, empty rows get +0; what Y held before is not read.
+ * y(i,k) is the sum, from +0 on and in storage order, of a[p]·x(ja[p],k) over the entries of row i. All of Y
+ * is written, empty rows get +0; what Y held before is not read.
  * @param a    [largest offset + 1] values of the entries, in
  * @param x    [n × nrhs] in
  * @param ia   [m + 1] row pointers, in
@@ -1238,6 +1301,43 @@ void blac_uelim_reg_(const int* n, const int* nb, double* a, const int* lda, dou
  */
 void blac_sparse_umv_(const double* a, const double* x, const int* ia, const int* ja, double* y, const int* m,
                       const int* n, const int* nrhs);
+
+/**
+ * Y := Aᵀ·X.
+ *
+ * Y is cleared to +0, and then each entry, row by row and in storage order, adds to it: y(ja[p],k) :=
+ * (a[p]·x(i,k)
+ * + 0.0) + y(ja[p],k). Empty rows read nothing of X.
+ * @param a    [largest offset + 1] values of the entries, in
+ * @param x    [m × nrhs] in
+ * @param ia   [m + 1] row pointers, in
+ * @param ja   [largest offset + 1] column numbers, in
+ * @param y    [n × nrhs] out; all +0 when m < 1, untouched when nrhs < 1; with n < 1 it is added to without
+ * being cleared
+ * @param m    rows of A and of X
+ * @param n    columns of A, rows of Y
+ * @param nrhs columns of X and Y
+ */
+void blac_sparse_umtv_(const double* a, const double* x, const int* ia, const int* ja, double* y,
+                       const int* m, const int* n, const int* nrhs);
+
+/**
+ * Y := A(list,:)ᵀ·X: the product with some rows of A, of which X holds just the partners.
+ *
+ * As blac_sparse_umtv_, over the rows list[r] of A and the rows r of X, r = 0..nl-1.
+ * @param a    [largest offset + 1] values of the entries, in
+ * @param x    [nl × nrhs] in: row r belongs to row list[r] of A
+ * @param ia   row pointers of A, in
+ * @param ja   [largest offset + 1] column numbers, in
+ * @param y    [n × nrhs] out; all +0 when nl < 1, untouched when nrhs < 1; with n < 1 it is added to without
+ * being cleared
+ * @param nl   number of listed rows, rows of X
+ * @param n    columns of A, rows of Y
+ * @param nrhs columns of X and Y
+ * @param list [nl] row numbers of A from zero, in any order, repeats allowed, in
+ */
+void blac_sparse_sparse_umtv_(const double* a, const double* x, const int* ia, const int* ja, double* y,
+                              const int* nl, const int* n, const int* nrhs, const int* list);
 
 /** @} */
 

@@ -6,6 +6,7 @@
 #include "sweep.h"
 
 #include <algorithm>
+#include <cfenv>
 #include <vector>
 
 using namespace support;
@@ -54,6 +55,24 @@ std::vector<double> umv(const Written& w, int n, const std::vector<double>& x, i
     return y;
 }
 
+std::vector<double> umtv(const Written& w, int n, const std::vector<double>& x, int nrhs = 1)
+{
+    const int m = static_cast<int>(w.ia.size()) - 1;
+    std::vector<double> y(static_cast<std::size_t>(n) * static_cast<std::size_t>(nrhs), -777.0);
+    blac_sparse_umtv_(w.a.data(), x.data(), w.ia.data(), w.ja.data(), y.data(), &m, &n, &nrhs);
+    return y;
+}
+
+std::vector<double> sparse_umtv(const Written& w, int n, const std::vector<int>& list,
+                                const std::vector<double>& x, int nrhs = 1)
+{
+    const int nl = static_cast<int>(list.size());
+    std::vector<double> y(static_cast<std::size_t>(n) * static_cast<std::size_t>(nrhs), -777.0);
+    blac_sparse_sparse_umtv_(w.a.data(), x.data(), w.ia.data(), w.ja.data(), y.data(), &nl, &n, &nrhs,
+                             list.data());
+    return y;
+}
+
 // Calls body(matrix, m, n, nrhs, gap, random, data) over shapes, densities, alignments and kinds of data.
 template <class Body>
 void sweep_matrices(Body body)
@@ -72,6 +91,64 @@ void sweep_matrices(Body body)
                             return;
                     }
 }
+
+// Address space far larger than memory. Repeated maps one window over and over, so that all of it can be
+// written; Untouched costs memory only where it is written and reads as zeros elsewhere.
+class Space
+{
+public:
+    explicit operator bool() const { return begin_ != nullptr; }
+    double* reals() const { return static_cast<double*>(begin_); }
+    int* integers() const { return static_cast<int*>(begin_); }
+    Space(const Space&) = delete;
+    Space& operator=(const Space&) = delete;
+
+protected:
+    explicit Space(std::size_t size) : size_(size)
+    {
+        void* const memory =
+            mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+        begin_ = memory == MAP_FAILED ? nullptr : memory;
+    }
+    ~Space() { release(); }
+    void release()
+    {
+        if (begin_)
+            munmap(begin_, size_);
+        begin_ = nullptr;
+    }
+
+    std::size_t size_;
+    void* begin_;
+};
+
+class Untouched : public Space
+{
+public:
+    explicit Untouched(std::int64_t count, std::size_t element)
+        : Space(static_cast<std::size_t>(count) * element)
+    {
+    }
+};
+
+class Repeated : public Space
+{
+public:
+    static constexpr std::int64_t Window = 1 << 18; // elements until the same memory comes again
+
+    explicit Repeated(std::int64_t count) : Space(static_cast<std::size_t>((count / Window + 1) * Window) * 8)
+    {
+        const std::size_t window = Window * 8;
+        const int file = memfd_create("window", 0);
+        bool fits = *this && file >= 0 && ftruncate(file, window) == 0;
+        for (std::size_t at = 0; fits && at < size_; at += window)
+            fits = mmap(static_cast<char*>(begin_) + at, window, PROT_READ | PROT_WRITE,
+                        MAP_SHARED | MAP_FIXED | MAP_POPULATE, file, 0) != MAP_FAILED;
+        close(file);
+        if (!fits)
+            release();
+    }
+};
 
 TEST(SparseUmv, GivesTheBitsOfTheColumnByColumnLoopForOneTo25Columns)
 {
@@ -166,14 +243,11 @@ TEST(SparseUmv, DropsNoProductWithZero)
 
 TEST(SparseUmv, AddressesXBeyondTwoToThe31Elements)
 {
-    // Three columns of 2³⁰+5 elements; only the pages that are written exist.
     const int m = 1, n = (1 << 30) + 5, nrhs = 3;
-    const std::size_t size = 3 * static_cast<std::size_t>(n) * sizeof(double);
-    void* const memory =
-        mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-    if (memory == MAP_FAILED)
-        GTEST_SKIP() << "no address space for " << size << " bytes";
-    double* const x = static_cast<double*>(memory);
+    const Untouched space(std::int64_t{n} * nrhs, sizeof(double));
+    if (!space)
+        GTEST_SKIP() << "no address space";
+    double* const x = space.reals();
     for (std::int64_t k = 0; k < nrhs; ++k) {
         x[k * n] = static_cast<double>(k + 1);
         x[k * n + n - 1] = 10.0 * static_cast<double>(k + 1);
@@ -182,10 +256,247 @@ TEST(SparseUmv, AddressesXBeyondTwoToThe31Elements)
     const double a[] = {1.0, 1.0};
     double y[3] = {};
     blac_sparse_umv_(a, x, ia, ja, y, &m, &n, &nrhs);
-    munmap(memory, size);
     EXPECT_EQ(y[0], 11.0);
     EXPECT_EQ(y[1], 22.0);
     EXPECT_EQ(y[2], 33.0);
+}
+
+TEST(SparseUmv, AddressesYBeyondTwoToThe31Elements)
+{
+    // All rows are empty but the last.
+    const int m = (1 << 28) + 3, n = 1, nrhs = 9, ja[] = {0};
+    const double a[] = {2.0}, x[] = {1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 7.0, 8.0, 9.0};
+    const Repeated y(std::int64_t{m} * nrhs);
+    const Untouched ia(std::int64_t{m} + 1, sizeof(int));
+    if (!y || !ia)
+        GTEST_SKIP() << "no address space";
+    ia.integers()[m] = 1;
+    y.reals()[0] = y.reals()[Repeated::Window - 1] = -1.0;
+    blac_sparse_umv_(a, x, ia.integers(), ja, y.reals(), &m, &n, &nrhs);
+    const std::int64_t last = std::int64_t{m} * nrhs - 1;
+    EXPECT_EQ(y.reals()[last], 18.0);
+    EXPECT_EQ(y.reals()[last - 1], 0.0);
+    EXPECT_EQ(y.reals()[0], 0.0);
+}
+
+TEST(SparseUmtv, GivesTheBitsOfTheColumnByColumnLoopForOneTo25Columns)
+{
+    sweep_matrices(
+        [](const Matrix& matrix, int m, int n, int nrhs, std::size_t gap, auto& random, Data data) {
+            Guarded<double> x(m * nrhs, gap), expected(n * nrhs, gap), actual(n * nrhs, gap);
+            fill(x, random, data);
+            reference::sparse_umtv(matrix.a, x, matrix.ia, matrix.ja, expected, m, n, nrhs);
+            blac_sparse_umtv_(matrix.a, x, matrix.ia, matrix.ja, actual, &m, &n, &nrhs);
+            ASSERT_TRUE(same_memory(expected, actual))
+                << "m " << m << ", n " << n << ", nrhs " << nrhs << ", gap " << gap;
+        });
+}
+
+TEST(SparseSparseUmtv, GivesTheBitsOfTheColumnByColumnLoopForOneTo25Columns)
+{
+    sweep_matrices(
+        [](const Matrix& matrix, int m, int n, int nrhs, std::size_t gap, auto& random, Data data) {
+            const int nl = static_cast<int>(random() % 12);
+            Guarded<int> list(nl, gap); // any order, with repeats
+            for (int r = 0; r < nl; ++r)
+                list.set(r, static_cast<int>(random() % static_cast<unsigned>(m)));
+            Guarded<double> x(nl * nrhs, gap), expected(n * nrhs, gap), actual(n * nrhs, gap);
+            fill(x, random, data);
+            reference::sparse_sparse_umtv(matrix.a, x, matrix.ia, matrix.ja, expected, nl, n, nrhs, list);
+            blac_sparse_sparse_umtv_(matrix.a, x, matrix.ia, matrix.ja, actual, &nl, &n, &nrhs, list);
+            ASSERT_TRUE(same_memory(expected, actual))
+                << "nl " << nl << ", n " << n << ", nrhs " << nrhs << ", gap " << gap;
+        });
+}
+
+TEST(SparseUmtv, ClearsYToPlusZeroWhenThereAreNoRows)
+{
+    for (int m : {0, -3})
+        for (int nrhs : {1, 3, 8, 10}) {
+            const int n = 5;
+            Guarded<double> expected(n * nrhs), full(n * nrhs), listed(n * nrhs);
+            for (int i = 0; i < n * nrhs; ++i)
+                expected.set(i, 0.0);
+            blac_sparse_umtv_(nullptr, nullptr, nullptr, nullptr, full, &m, &n, &nrhs);
+            blac_sparse_sparse_umtv_(nullptr, nullptr, nullptr, nullptr, listed, &m, &n, &nrhs, nullptr);
+            EXPECT_TRUE(same_memory(expected, full));
+            EXPECT_TRUE(same_memory(expected, listed));
+        }
+}
+
+TEST(SparseUmtv, LeavesYUntouchedForNoColumnsOfX)
+{
+    for (int nrhs : {0, -1, -8}) {
+        const int m = 3, n = 2;
+        double* nowhere = nullptr; // reading or writing anything would fault
+        blac_sparse_umtv_(nowhere, nowhere, nullptr, nullptr, nowhere, &m, &n, &nrhs);
+        blac_sparse_sparse_umtv_(nowhere, nowhere, nullptr, nullptr, nowhere, &m, &n, &nrhs, nullptr);
+    }
+}
+
+TEST(SparseUmtv, GivesPlusZeroForAColumnWithoutEntries)
+{
+    for (int nrhs : {1, 2, 7, 8, 9}) {
+        const std::vector<double> x(static_cast<std::size_t>(2 * nrhs), -1.0);
+        const Written a{{0, 1, 2}, {0, 2}, {3.0, 4.0}};
+        for (const auto& y : {umtv(a, 3, x, nrhs), sparse_umtv(a, 3, {0, 1}, x, nrhs)})
+            for (int k = 0; k < nrhs; ++k) {
+                EXPECT_EQ(y[static_cast<std::size_t>(3 * k)], -3.0);
+                EXPECT_EQ(bits(y[static_cast<std::size_t>(3 * k + 1)]), bits(0.0));
+                EXPECT_EQ(y[static_cast<std::size_t>(3 * k + 2)], -4.0);
+            }
+    }
+}
+
+TEST(SparseUmtv, ReadsNoXForAnEmptyRow)
+{
+    // Rows 0 and 2 are empty (2 by a decreasing pointer); their X elements are NaN and reach nothing.
+    EXPECT_EQ(umtv({{1, 1, 3, 2}, {9, 0, 1}, {9.0, 2.0, 3.0}}, 2, {NAN, 10.0, NAN}),
+              (std::vector<double>{20.0, 30.0}));
+}
+
+TEST(SparseUmtv, TakesEntriesAtTheAbsoluteOffsetsWhenTheFirstPointerIsNotZero)
+{
+    const Written a{{2, 3, 4}, {9, 9, 1, 0}, {NAN, NAN, 3.0, 5.0}};
+    EXPECT_EQ(umtv(a, 2, {10.0, 20.0}), (std::vector<double>{100.0, 30.0}));
+    EXPECT_EQ(sparse_umtv(a, 2, {1, 0}, {10.0, 20.0}), (std::vector<double>{50.0, 60.0}));
+}
+
+TEST(SparseUmtv, AddsRepeatedColumnsInStorageOrder)
+{
+    for (int nrhs = 1; nrhs <= 17; ++nrhs) {
+        const std::vector<double> x(static_cast<std::size_t>(nrhs), 1.0);
+        for (double y : umtv({{0, 3}, {0, 0, 0}, {1e16, 1.0, 1.0}}, 1, x, nrhs))
+            ASSERT_EQ(y, 1e16) << nrhs;
+        for (double y : umtv({{0, 3}, {0, 0, 0}, {1.0, 1.0, 1e16}}, 1, x, nrhs))
+            ASSERT_EQ(y, 1e16 + 2.0) << nrhs;
+    }
+}
+
+TEST(SparseUmtv, AddsTheRowsInAscendingOrder)
+{
+    for (int nrhs = 1; nrhs <= 17; ++nrhs) {
+        const std::vector<double> x(static_cast<std::size_t>(3 * nrhs), 1.0);
+        for (double y : umtv({{0, 1, 2, 3}, {0, 0, 0}, {1e16, 1.0, 1.0}}, 1, x, nrhs))
+            ASSERT_EQ(y, 1e16) << nrhs;
+        for (double y : umtv({{0, 1, 2, 3}, {0, 0, 0}, {1.0, 1.0, 1e16}}, 1, x, nrhs))
+            ASSERT_EQ(y, 1e16 + 2.0) << nrhs;
+    }
+}
+
+TEST(SparseSparseUmtv, AddsARowListedTwiceTwiceInListOrder)
+{
+    const Written a{{0, 1, 3}, {0, 0, 1}, {5.0, 1.0, 2.0}};
+    EXPECT_EQ(sparse_umtv(a, 2, {1, 1}, {10.0, 100.0}), (std::vector<double>{110.0, 220.0}));
+    for (int nrhs = 1; nrhs <= 17; ++nrhs) { // X has the rows 1e16, 1, 1 or 1, 1, 1e16
+        std::vector<double> falling, rising;
+        for (int k = 0; k < nrhs; ++k) {
+            falling.insert(falling.end(), {1e16, 1.0, 1.0});
+            rising.insert(rising.end(), {1.0, 1.0, 1e16});
+        }
+        for (double y : sparse_umtv({{0, 1}, {0}, {1.0}}, 1, {0, 0, 0}, falling, nrhs))
+            ASSERT_EQ(y, 1e16);
+        for (double y : sparse_umtv({{0, 1}, {0}, {1.0}}, 1, {0, 0, 0}, rising, nrhs))
+            ASSERT_EQ(y, 1e16 + 2.0);
+    }
+}
+
+// Y is not cleared when n < 1, so that a -0 in it can be seen: with it, (-0 + 0) + -0 is +0 and not -0. One
+// column with n = 0 is Y as it stands.
+TEST(SparseUmtv, AddsPlusZeroToEachProductInEveryRoundingMode)
+{
+    for (int mode : {FE_TONEAREST, FE_UPWARD, FE_TOWARDZERO, FE_DOWNWARD})
+        for (double value : {1.0, -1.0}) {
+            const int m = 1, n = 0, nrhs = 1, ia[] = {0, 5}, ja[] = {0, 1, 2, 3, 5}, list[] = {0};
+            const double x = 0.0, a[] = {value, value, value, value, value};
+            double full[] = {-0.0, -0.0, 0.0, -0.0, 7.0, -0.0}, listed[] = {-0.0, -0.0, 0.0, -0.0, 7.0, -0.0};
+            double expected[] = {-0.0, -0.0, 0.0, -0.0, 7.0, -0.0};
+            std::fesetround(mode);
+            reference::sparse_umtv(a, &x, ia, ja, expected, m, n, nrhs);
+            blac_sparse_umtv_(a, &x, ia, ja, full, &m, &n, &nrhs);
+            blac_sparse_sparse_umtv_(a, &x, ia, ja, listed, &m, &n, &nrhs, list);
+            std::fesetround(FE_TONEAREST);
+            for (int i = 0; i < 6; ++i) {
+                EXPECT_EQ(bits(full[i]), bits(expected[i])) << "mode " << mode << ", element " << i;
+                EXPECT_EQ(bits(listed[i]), bits(expected[i])) << "mode " << mode << ", element " << i;
+            }
+            if (mode != FE_DOWNWARD)
+                EXPECT_EQ(bits(full[0]), bits(0.0));
+            else
+                EXPECT_EQ(bits(full[0]), bits(-0.0));
+        }
+}
+
+TEST(SparseUmtv, AddsToYWithoutClearingItWhenNIsBelowOne)
+{
+    for (int n : {0, -1, -2})
+        for (int nrhs = 1; nrhs <= 10; ++nrhs)
+            for (int first : {0, 1}) { // neighbouring columns, aligned either way
+                auto random = generator(static_cast<std::uint64_t>(100 * nrhs - n));
+                const int m = 2, ia[] = {0, 5, 8}, ja[] = {first, first + 1, first + 2, 7, 8, 3, 3, 4};
+                Guarded<double> a(8), x(m * nrhs), expected(40), actual(40);
+                fill(a, random, Data::Ordinary);
+                fill(x, random, Data::Ordinary);
+                for (int i = 0; i < 40; ++i)
+                    expected.set(i, ordinary(random)), actual.set(i, expected.get(i));
+                // Columns of Y lie on one another; plain order is entry by entry, then column by column.
+                double* const y = expected + 25;
+                for (int k0 = 0; k0 < nrhs; k0 += 8)
+                    for (int i = 0; i < m; ++i)
+                        for (int p = ia[i]; p < ia[i + 1]; ++p)
+                            for (int k = k0; k < std::min(k0 + 8, nrhs); ++k)
+                                y[ja[p] + k * n] = (a[p] * x[i + k * m] + 0.0) + y[ja[p] + k * n];
+                blac_sparse_umtv_(a, x, ia, ja, actual + 25, &m, &n, &nrhs);
+                ASSERT_TRUE(same_memory(expected, actual)) << "n " << n << ", nrhs " << nrhs;
+            }
+}
+
+TEST(SparseUmtv, RoundsEachProductBeforeItIsAdded)
+{
+    for (int nrhs = 1; nrhs <= 9; ++nrhs) {
+        std::vector<double> x;
+        for (int k = 0; k < nrhs; ++k)
+            x.insert(x.end(), {1.0, 1.0 + 0x1p-30});
+        for (double y : umtv({{0, 1, 2}, {0, 0}, {-1.0 - 0x1p-29, 1.0 + 0x1p-30}}, 1, x, nrhs))
+            ASSERT_EQ(bits(y), bits(0.0));
+    }
+}
+
+TEST(SparseUmtv, AddressesXBeyondTwoToThe31Elements)
+{
+    // All rows are empty but the last; all rows listed are row 0, which is empty, but the last.
+    const int m = (1 << 27) + 1, n = 1, nrhs = 17, ja[] = {0}, start[] = {0, 0, 1};
+    const double a[] = {2.0};
+    const Untouched x(std::int64_t{m} * nrhs, sizeof(double)), ia(std::int64_t{m} + 1, sizeof(int)),
+        list(m, sizeof(int));
+    if (!x || !ia || !list)
+        GTEST_SKIP() << "no address space";
+    ia.integers()[m] = 1;
+    list.integers()[m - 1] = 1;
+    for (std::int64_t k = 0; k < nrhs; ++k)
+        x.reals()[m - 1 + k * m] = static_cast<double>(k);
+    double full[nrhs], listed[nrhs];
+    blac_sparse_umtv_(a, x.reals(), ia.integers(), ja, full, &m, &n, &nrhs);
+    blac_sparse_sparse_umtv_(a, x.reals(), start, ja, listed, &m, &n, &nrhs, list.integers());
+    for (int k = 0; k < nrhs; ++k) {
+        EXPECT_EQ(full[k], 2.0 * k);
+        EXPECT_EQ(listed[k], 2.0 * k);
+    }
+}
+
+TEST(SparseUmtv, AddressesYBeyondTwoToThe31Elements)
+{
+    const int m = 1, n = (1 << 30) + 5, nrhs = 3, ia[] = {0, 1}, ja[] = {n - 1};
+    const double a[] = {2.0}, x[] = {1.0, 2.0, 3.0};
+    const Repeated y(std::int64_t{n} * nrhs);
+    if (!y)
+        GTEST_SKIP() << "no address space";
+    for (std::int64_t i = 0; i < Repeated::Window; ++i)
+        y.reals()[i] = -1.0;
+    blac_sparse_umtv_(a, x, ia, ja, y.reals(), &m, &n, &nrhs);
+    for (std::int64_t k = 0; k < nrhs; ++k)
+        EXPECT_EQ(y.reals()[k * n + n - 1], 2.0 * static_cast<double>(k + 1));
+    EXPECT_EQ(y.reals()[0], 0.0);
 }
 
 } // namespace

@@ -23,6 +23,15 @@ void scale_low2(int n, number* a, int lda);
 typedef int integer __attribute__((aligned(1)));
 void sparse_umv(const number* a, const number* x, const integer* ia, const integer* ja, number* y, int m,
                 int n, int nrhs);
+void sparse_umtv(const number* a, const number* x, const integer* ia, const integer* ja, number* y, int m,
+                 int n, int nrhs);
+void sparse_sparse_umtv(const number* a, const number* x, const integer* ia, const integer* ja, number* y,
+                        int nl, int n, int nrhs, const integer* list);
+
+// cholesky.cpp, on the library's drotg_, ddot_ and dnrm2_
+int cholupd(char job, int n, int nlead, int ncol, number* l, int ldl, number* x, double tol);
+void dchud(number* l, int ldl, int p, const number* x, number* c, number* s);
+int dchdd(number* l, int ldl, int p, const number* x, number* c, number* s);
 
 // products.cpp: they end in the library's dgemm_, like the kernels
 void dgemm_scaled(char transa, char transb, int m, int n, int k, double alpha, const number* a, int lda,
