@@ -38,6 +38,7 @@
 #define TOVBLAMODULE_H
 
 #include <stddef.h>
+#include <stdint.h>
 
 #ifdef __cplusplus
 #    include <complex>
@@ -855,11 +856,270 @@ double blac_hdmcon_(const int* i);
 
 /* -------------------------------------------------------------------------------------------------------------
  */
-/* @VECTORS@ */
+/**
+ * @defgroup vectors Vector utilities
+ *
+ * Fill, scale, copy, add and conjugate vectors of doubles. In the names, a trailing `i` means that each
+ * vector has its own increment, a leading `b` a 64-bit length. n < 1 reads and writes nothing; the increments
+ * do not matter then.
+ *
+ * Element k of a vector with increment inc lies at position 1 + (k-1)·inc: the walk starts at the first
+ * element given and goes down for a negative increment. The results are those of the loop over k = 1..n, one
+ * element after the other, whatever the increments: with 0, every k reads, or writes, the first element, and
+ * the last write stays. An output may be the same array as an input with the same increment; with other
+ * overlaps the loop reads what it has written before.
+ *
+ * Copies and negations move bits: a NaN keeps its payload and its signalling bit, and a negation flips its
+ * sign too. Sums and products treat NaN as IEEE 754 has it.
+ * @{
+ */
+
+/**
+ * x(k) := a, k = 1..n.
+ * @param n number of elements
+ * @param x [n] vector, out
+ * @param a value, in; not read when n < 1
+ */
+void tovbla_vdasn_(const int* n, double* x, const double* a);
+
+/**
+ * x(k) := a, k = 1..n, for any length.
+ * @param n    number of elements, a 64-bit integer
+ * @param x, a as in tovbla_vdasn_
+ */
+void tovbla_bvdasn_(const int64_t* n, double* x, const double* a);
+
+/**
+ * x(k) := x(k)·a, k = 1..n.
+ * @param n number of elements
+ * @param x [n] vector, in/out
+ * @param a factor, in; not read when n < 1; must not be an element of x
+ */
+void tovbla_vdscale_(const int* n, double* x, const double* a);
+
+/**
+ * x(k) := x(k)·a, k = 1..n, for any length.
+ * @param n    number of elements, a 64-bit integer
+ * @param x, a as in tovbla_vdscale_
+ */
+void tovbla_bvdscale_(const int64_t* n, double* x, const double* a);
+
+/**
+ * y(k) := x(k), k = 1..n.
+ * @param n    number of elements
+ * @param x    vector, in
+ * @param incx increment of x, any sign
+ * @param y    vector, out; elements between those of the walk are not touched
+ * @param incy increment of y, any sign
+ */
+void tovbla_vdcopyi_(const int* n, const double* x, const int* incx, double* y, const int* incy);
+
+/**
+ * y(k) := -x(k), k = 1..n: every sign bit is flipped, also of zeros and NaN.
+ * @param n, x, incx, y, incy as in tovbla_vdcopyi_
+ */
+void tovbla_vdnegcopyi_(const int* n, const double* x, const int* incx, double* y, const int* incy);
+
+/**
+ * z(k) := x(k) + y(k), k = 1..n.
+ * @param n    number of elements
+ * @param x    vector, in
+ * @param incx increment of x, any sign
+ * @param y    vector, in
+ * @param incy increment of y, any sign
+ * @param z    vector, out; elements between those of the walk are not touched
+ * @param incz increment of z, any sign
+ */
+void tovbla_vdaddi_(const int* n, const double* x, const int* incx, const double* y, const int* incy,
+                    double* z, const int* incz);
+
+/**
+ * z(k) := -(x(k) + y(k)), k = 1..n: the rounded sum with its sign bit flipped. So 0 + 0 and 1 + -1 give -0,
+ * and a NaN the opposite sign of that which the sum has.
+ * @param n, x, incx, y, incy, z, incz as in tovbla_vdaddi_
+ */
+void tovbla_vdnegaddi_(const int* n, const double* x, const int* incx, const double* y, const int* incy,
+                       double* z, const int* incz);
+
+/**
+ * y(k) := conj(x(k)), k = 1..n: real parts are copied, the sign bits of the imaginary parts flipped.
+ * @param n number of complex elements
+ * @param x [n] vector, in
+ * @param y [n] vector, out; may be x
+ */
+void tovbla_vzconj_(const int* n, const blac_complex* x, blac_complex* y);
+
+/** @} */
 
 /* -------------------------------------------------------------------------------------------------------------
  */
-/* @BLOCKS@ */
+/**
+ * @defgroup blocks Block kernels
+ *
+ * Addition of one dense block into another, copies, fills and triangle utilities. The caller passes the first
+ * element of a block and the leading dimension of the storage around it; nothing outside the block is
+ * touched.
+ *
+ * Each entry of a sum receives exactly one rounded addition, each scaled entry one rounded multiplication.
+ * What is copied or filled keeps its bits, those of signalling NaN and of signed zeros included.
+ * @{
+ */
+
+/**
+ * A := A + B.
+ * @param m   rows
+ * @param n   columns
+ * @param a   [lda × n] target, in/out
+ * @param lda leading dimension of a, at least m
+ * @param b   [ldb × n] source, in
+ * @param ldb leading dimension of b, at least m
+ */
+void blac_addrectblock_(const int* m, const int* n, double* a, const int* lda, const double* b,
+                        const int* ldb);
+
+/**
+ * A := A + Bᵀ: a(i,j) := a(i,j) + b(j,i).
+ *
+ * Goes through the blocks in small tiles, so that neither is read or written with a long stride.
+ * @param m   rows of A, columns of B
+ * @param n   columns of A, rows of B
+ * @param a   [lda × n] target, in/out
+ * @param lda leading dimension of a, at least m
+ * @param b   [ldb × m] source, in
+ * @param ldb leading dimension of b, at least n
+ */
+void blac_addrectblockt_(const int* m, const int* n, double* a, const int* lda, const double* b,
+                         const int* ldb);
+
+/**
+ * A := A + B on the lower triangles with their diagonals; neither upper triangle is read or written.
+ * @param n   order
+ * @param a   [lda × n] target, in/out
+ * @param lda leading dimension of a, at least n
+ * @param b   [ldb × n] source, in
+ * @param ldb leading dimension of b, at least n
+ */
+void blac_addtriblock_(const int* n, double* a, const int* lda, const double* b, const int* ldb);
+
+/**
+ * Copies a diagonal and forms its reciprocals: d(i) := a(i,i), dinv(i) := 1/d(i).
+ *
+ * A pivot with |a(i,i)| <= 1e-36, or NaN, is tiny: it gives d(i) = 1e36 and dinv(i) = 1e-36 instead. The test
+ * is strict, a pivot of exactly ±1e-36 is tiny. A is not changed; the output shows which pivots were
+ * replaced.
+ * @param n    order
+ * @param a    [lda × n] matrix, in; only its diagonal is read
+ * @param lda  leading dimension, at least n
+ * @param d    [n] pivots, out
+ * @param dinv [n] reciprocals, out
+ */
+void blac_copydiag_(const int* n, const double* a, const int* lda, double* d, double* dinv);
+
+/**
+ * B := Aᵀ: b(i,j) := a(j,i), in tiles as blac_addrectblockt_.
+ * @param m   rows of B, columns of A
+ * @param n   columns of B, rows of A
+ * @param a   [lda × m] source, in
+ * @param lda leading dimension of a, at least n
+ * @param b   [ldb × n] transpose, out
+ * @param ldb leading dimension of b, at least m
+ */
+void blac_datcpy_(const int* m, const int* n, const double* a, const int* lda, double* b, const int* ldb);
+
+/**
+ * B := A·diag(s): b(i,j) := a(i,j)·s(j). The plain product also for s(j) = 0: an infinite or NaN a(i,j) gives
+ * NaN.
+ * @param m   rows
+ * @param n   columns
+ * @param a   [lda × n] source, in
+ * @param lda leading dimension of a, at least m
+ * @param s   [n] factors of the columns, in; not read when m < 1
+ * @param b   [ldb × n] scaled copy, out; may be a, if ldb = lda
+ * @param ldb leading dimension of b, at least m
+ */
+void blac_dlacpysc_(const int* m, const int* n, const double* a, const int* lda, const double* s, double* b,
+                    const int* ldb);
+
+/**
+ * x(k) := a, k = 1..n, with an increment.
+ * @param n    number of elements
+ * @param a    value, in; not read when n < 1
+ * @param x    vector, out; elements between those of the walk are not touched
+ * @param incx increment; the walk starts at x[0] and goes down if it is negative; 0 writes x[0] n times
+ */
+void blac_dset_(const int* n, const double* a, double* x, const int* incx);
+
+/**
+ * a(i,j) := +0 on the lower triangle with the diagonal; the strict upper triangle is not touched.
+ * @param n   order
+ * @param a   [lda × n] matrix, in/out
+ * @param lda leading dimension, at least n
+ */
+void blac_zerotri_(const int* n, double* a, const int* lda);
+
+/**
+ * C := beta·C + alpha·A·Bᵀ on the lower block trapezoid of C.
+ *
+ * C is cut into column blocks of width nb, the last one narrower; each block takes the rows from its own
+ * first column down to n, in one call of the library's `dgemm_`, which also judges the arguments. So the
+ * diagonal blocks are formed in full, upper triangles included, and nothing above them is read or written. nb
+ * >= n forms the whole square in one call; n = 0 makes one call with m = n = 0, which does nothing.
+ * blac_dsyrk_scaled_ does the same with a diagonal between the factors.
+ * @param nb    width of the column blocks; must not be 0; negative: one block of width n
+ * @param n     order of C, rows of A and B
+ * @param k     columns of A and B
+ * @param alpha factor of the product
+ * @param a     [lda × k] left factor, in
+ * @param lda   leading dimension of a, at least n
+ * @param b     [ldb × k] right factor, in; may be a
+ * @param ldb   leading dimension of b, at least n
+ * @param beta  factor of the old C, as `dgemm_` takes it
+ * @param c     [ldc × n] result, in/out
+ * @param ldc   leading dimension of c, at least n
+ */
+void blac_dhamm_(const int* nb, const int* n, const int* k, const double* alpha, const double* a,
+                 const int* lda, const double* b, const int* ldb, const double* beta, double* c,
+                 const int* ldc);
+
+/**
+ * Makes a symmetric matrix whole: copies one triangle onto the other. The diagonal and the source triangle
+ * are not written.
+ * @param uplo 'L' or 'l': a(i,j) := a(j,i) for i < j, the lower triangle holds the data; 'U' or 'u': for i >
+ * j, the upper one does; anything else: nothing happens
+ * @param n    order; below 2 nothing is written
+ * @param a    [lda × n] matrix, in/out
+ * @param lda  leading dimension, at least n
+ */
+void blac_reflect_(const char* uplo, const int* n, double* a, const int* lda);
+
+#ifdef __cplusplus
+}
+#endif
+/**
+ * B := A, one block copy a column.
+ * @param m   rows; must not be negative
+ * @param n   columns
+ * @param b   [ldb × n] copy, out; stands first
+ * @param ldb leading dimension of b, at least m
+ * @param a   [lda × n] source, in
+ * @param lda leading dimension of a, at least m
+ */
+void blaC_copyrect_intr(int m, int n, double* b, int ldb, const double* a, int lda);
+
+/**
+ * a(i,j) := +0 for j = k0+1..k0+m and i = j..n: m columns of the lower triangle with the diagonal.
+ * @param n   order
+ * @param k0  columns to the left that are not touched
+ * @param m   columns to clear; k0 + m must not exceed n
+ * @param a   [lda × n] matrix, in/out: its first element, not that of column k0+1
+ * @param lda leading dimension, at least n
+ */
+void blaC_zerotriC(int n, int k0, int m, double* a, int lda);
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/** @} */
 
 /* -------------------------------------------------------------------------------------------------------------
  */

@@ -18,6 +18,8 @@ struct Call
     std::vector<double> scalars;       // alpha and beta
     std::vector<const double*> arrays; // in the order of the arguments
     std::vector<std::size_t> lengths;  // hidden ones
+
+    bool operator==(const Call&) const = default;
 };
 
 /// All calls since the last clear.

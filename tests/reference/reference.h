@@ -47,4 +47,27 @@ void uelim_small(int n, number* a, int lda, number* d, number* dinv, double tol)
 void uelim_small_reg(int n, number* a, int lda, number* d, number* dinv, const number* tol, const int* negpiv,
                      const number* reg, number* dcorr);
 
+// vectors.cpp
+void vdasn(int64_t n, number* x, const number* a);
+void vdscale(int64_t n, number* x, double a);
+void vdcopyi(int n, const number* x, int incx, number* y, int incy);
+void vdnegcopyi(int n, const number* x, int incx, number* y, int incy);
+void vdaddi(int n, const number* x, int incx, const number* y, int incy, number* z, int incz);
+void vdnegaddi(int n, const number* x, int incx, const number* y, int incy, number* z, int incz);
+void vzconj(int n, const number* x, number* y);
+
+// assembly.cpp
+void addrectblock(int m, int n, number* a, int lda, const number* b, int ldb);
+void addrectblockt(int m, int n, number* a, int lda, const number* b, int ldb);
+void addtriblock(int n, number* a, int lda, const number* b, int ldb);
+
+// copies.cpp
+void copydiag(int n, const number* a, int lda, number* d, number* dinv);
+void datcpy(int m, int n, const number* a, int lda, number* b, int ldb);
+void dlacpysc(int m, int n, const number* a, int lda, const number* s, number* b, int ldb);
+void copyrect(int m, int n, number* b, int ldb, const number* a, int lda);
+void dset(int n, const number* a, number* x, int incx);
+void zerotri(int n, int k0, int m, number* a, int lda);
+void reflect(char uplo, int n, number* a, int lda);
+
 } // namespace reference

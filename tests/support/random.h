@@ -51,10 +51,22 @@ inline double special(std::mt19937_64& random)
     return random() % 4 == 0 ? values[random() % (sizeof values / sizeof *values)] : ordinary(random);
 }
 
-enum class Data { Ordinary, Special };
+/// Any bits; every other value is a NaN with a payload, quiet or signalling, of either sign.
+inline double any_bits(std::mt19937_64& random)
+{
+    const std::uint64_t nan = random() % 2 ? 0x7ff0000000000001 : 0, value = random() | nan;
+    double x;
+    std::memcpy(&x, &value, 8);
+    return x;
+}
+
+/// Values to compute with: ordinary, or special ones among them. Bits are for what is only moved.
+enum class Data { Ordinary, Special, Bits };
 
 inline double draw(std::mt19937_64& random, Data data)
 {
+    if (data == Data::Bits)
+        return any_bits(random);
     return data == Data::Ordinary ? ordinary(random) : special(random);
 }
 

@@ -16,24 +16,31 @@
 // them at every call. Nothing that a body calls may be shared with other sources unless it is inlined too
 // (BLA_BODY): a shared copy compiled for AVX2 would run on processors without it.
 //
+// A body that is blocked by hand may ask for `Lanes`, the number of doubles in a register of its tier (4, 4,
+// 2).
+//
 // No variant may use fused multiply-add: the target attributes leave it out and -ffp-contract=off stands in
 // the build, so that all tiers give the same bits.
 
 /// Kernels with all three tiers.
 #define BLA_TIERS_VRA(name, params, args)                                                                    \
+    template <int Lanes>                                                                                     \
     BLA_BODY void name##body params;                                                                         \
-    BLA_VARIANT(name##V, "avx2", params, name##body args)                                                    \
-    BLA_VARIANT(name##R, "avx", params, name##body args)                                                     \
-    BLA_VARIANT(name##A, "sse2", params, name##body args)                                                    \
+    BLA_VARIANT(name##V, "avx2", params, name##body<4> args)                                                 \
+    BLA_VARIANT(name##R, "avx", params, name##body<4> args)                                                  \
+    BLA_VARIANT(name##A, "sse2", params, name##body<2> args)                                                 \
     BLA_DISPATCH_VRA(name, params, args)                                                                     \
+    template <int Lanes>                                                                                     \
     BLA_BODY void name##body params
 
 /// Kernels with two tiers: a processor with AVX but without AVX2 runs the baseline.
 #define BLA_TIERS_VA(name, params, args)                                                                     \
+    template <int Lanes>                                                                                     \
     BLA_BODY void name##body params;                                                                         \
-    BLA_VARIANT(name##V, "avx2", params, name##body args)                                                    \
-    BLA_VARIANT(name##A, "sse2", params, name##body args)                                                    \
+    BLA_VARIANT(name##V, "avx2", params, name##body<4> args)                                                 \
+    BLA_VARIANT(name##A, "sse2", params, name##body<2> args)                                                 \
     BLA_DISPATCH_VA(name, params, args)                                                                      \
+    template <int Lanes>                                                                                     \
     BLA_BODY void name##body params
 
 #define BLA_VARIANT(variant, instructions, params, call)                                                     \

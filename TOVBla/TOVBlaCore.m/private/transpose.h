@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "real.h"
+
+// d(i,j) := s(j,i) and d(i,j) := d(i,j) + s(j,i).
+//
+// A plain loop touches a new cache line of the source for every entry and has lost it when the next column
+// comes by, most of all with a power of two as leading dimension. So the work goes in bands of BandColumns
+// destination columns and BandRows source columns, and within these in tiles of 4×4 that are transposed in
+// registers: whole ones on AVX, in 2×2 quarters on the baseline, where a vector of four would be taken apart.
+// Moves and shuffles of registers keep every bit of a NaN.
+
+constexpr int64_t BandColumns = 16, BandRows = 32, TileOrder = 4;
+
+typedef double Two __attribute__((vector_size(16), aligned(1), may_alias));
+typedef double Four __attribute__((vector_size(32), aligned(1), may_alias));
+
+// Vectors are handed on by reference and loaded from a pointer on the spot: by value they would change the
+// calling convention between tiers, and clang takes a returned reference for an aligned one.
+
+BLA_BODY void put(bool add, real* d, double x)
+{
+    *d = add ? *d + x : x;
+}
+
+BLA_BODY void put(bool add, real* d, const Two& x)
+{
+    Two* const to = reinterpret_cast<Two*>(d);
+    *to = add ? *to + x : x;
+}
+
+BLA_BODY void put(bool add, real* d, const Four& x)
+{
+    Four* const to = reinterpret_cast<Four*>(d);
+    *to = add ? *to + x : x;
+}
+
+BLA_BODY void transpose_quarter(bool add, const real* s, int64_t s_step, real* d, int64_t d_step)
+{
+    const Two s0 = *reinterpret_cast<const Two*>(s), s1 = *reinterpret_cast<const Two*>(s + s_step);
+    put(add, d, __builtin_shufflevector(s0, s1, 0, 2));
+    put(add, d + d_step, __builtin_shufflevector(s0, s1, 1, 3));
+}
+
+template <int Lanes>
+BLA_BODY void transpose_tile(bool add, const real* s, int64_t s_step, real* d, int64_t d_step)
+{
+    if constexpr (Lanes < TileOrder) {
+        transpose_quarter(add, s, s_step, d, d_step);
+        transpose_quarter(add, s + 2 * s_step, s_step, d + 2, d_step);
+        transpose_quarter(add, s + 2, s_step, d + 2 * d_step, d_step);
+        transpose_quarter(add, s + 2 * s_step + 2, s_step, d + 2 * d_step + 2, d_step);
+    } else {
+        const Four s0 = *reinterpret_cast<const Four*>(s), s1 = *reinterpret_cast<const Four*>(s + s_step),
+                   s2 = *reinterpret_cast<const Four*>(s + 2 * s_step),
+                   s3 = *reinterpret_cast<const Four*>(s + 3 * s_step);
+        const Four even01 = __builtin_shufflevector(s0, s1, 0, 4, 2, 6),
+                   odd01 = __builtin_shufflevector(s0, s1, 1, 5, 3, 7),
+                   even23 = __builtin_shufflevector(s2, s3, 0, 4, 2, 6),
+                   odd23 = __builtin_shufflevector(s2, s3, 1, 5, 3, 7);
+        put(add, d, __builtin_shufflevector(even01, even23, 0, 1, 4, 5));
+        put(add, d + d_step, __builtin_shufflevector(odd01, odd23, 0, 1, 4, 5));
+        put(add, d + 2 * d_step, __builtin_shufflevector(even01, even23, 2, 3, 6, 7));
+        put(add, d + 3 * d_step, __builtin_shufflevector(odd01, odd23, 2, 3, 6, 7));
+    }
+}
+
+/// The m×n matrix D := Sᵀ, or D + Sᵀ if `add` (a constant); S is n×m and does not overlap D.
+template <int Lanes>
+BLA_BODY void transpose(bool add, int64_t m, int64_t n, const real* s, int64_t s_step, real* d,
+                        int64_t d_step)
+{
+    if (m < 1)
+        return;
+    const int64_t tiled_m = m - m % TileOrder, tiled_n = n < 1 ? 0 : n - n % TileOrder;
+    for (int64_t band = 0; band < tiled_n; band += BandColumns)
+        for (int64_t rows = 0; rows < tiled_m; rows += BandRows)
+            for (int64_t j = band; j < tiled_n && j < band + BandColumns; j += TileOrder)
+                for (int64_t i = rows; i < tiled_m && i < rows + BandRows; i += TileOrder)
+                    transpose_tile<Lanes>(add, s + i * s_step + j, s_step, d + j * d_step + i, d_step);
+
+    for (int64_t j = 0; j < n; ++j) // the rows below the tiles, and the columns right of them in full
+        for (int64_t i = j < tiled_n ? tiled_m : 0; i < m; ++i)
+            put(add, d + j * d_step + i, s[i * s_step + j]);
+}

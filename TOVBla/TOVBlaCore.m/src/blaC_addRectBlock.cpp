@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// A := A + B, A and B m×n.
+#include "tiers.h"
+
+BLA_TIERS_VA(blac_addrectblock_,
+             (const int* m, const int* n, real* a, const int* lda, const real* b, const int* ldb),
+             (m, n, a, lda, b, ldb))
+{
+    const int64_t rows = *m, columns = *n, a_step = *lda, b_step = *ldb;
+    for (int64_t j = 0; j < columns; ++j)
+        for (int64_t i = 0; i < rows; ++i)
+            a[j * a_step + i] = a[j * a_step + i] + b[j * b_step + i];
+}

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// d(i) := A(i,i), dinv(i) := 1/d(i); a tiny pivot, |A(i,i)| <= 1e-36 or NaN, gives d(i) = 1e36 and dinv(i) =
+// 1e-36.
+//
+// 1e-36 is the rounded reciprocal of 1e36, so one division serves both cases. The two-sided strict test is
+// written as two selections: with `exceeds` the compiler does not vectorise.
+#include "pivot.h"
+#include "tiers.h"
+
+static_assert(1.0 / pivot::Huge == pivot::Tiny);
+
+BLA_TIERS_VRA(blac_copydiag_, (const int* n, const real* a, const int* lda, real* d, real* dinv),
+              (n, a, lda, d, dinv))
+{
+    const int64_t order = *n, diagonal_step = int64_t{*lda} + 1;
+    for (int64_t i = 0; i < order; ++i)
+        d[i] = a[i * diagonal_step];
+    for (int64_t i = 0; i < order; ++i) {
+        const double value = d[i];
+        const double positive = value > pivot::Tiny ? value : pivot::Huge;
+        const double p = -pivot::Tiny > value ? value : positive;
+        d[i] = p;
+        dinv[i] = 1.0 / p;
+    }
+}

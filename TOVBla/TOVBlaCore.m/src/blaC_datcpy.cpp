@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// B := Aᵀ, B m×n and A n×m.
+#include "tiers.h"
+#include "transpose.h"
+
+BLA_TIERS_VA(blac_datcpy_,
+             (const int* m, const int* n, const real* a, const int* lda, real* b, const int* ldb),
+             (m, n, a, lda, b, ldb))
+{
+    transpose<Lanes>(false, *m, *n, a, *lda, b, *ldb);
+}

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// z(k) := -(x(k) + y(k)), k = 1..n, each vector with its own increment.
+//
+// The sum first, then its sign bit is flipped: 0 + 0 gives -0, which (-x) - y would not give for 1 and -1,
+// and a NaN changes its sign as well.
+#include "pattern.h"
+#include "tiers.h"
+
+/// The bits of -(x + y).
+BLA_BODY std::uint64_t negated_sum(double x, double y)
+{
+    return __builtin_bit_cast(std::uint64_t, x + y) ^ SignBit;
+}
+
+BLA_TIERS_VA(tovbla_vdnegaddi_,
+             (const int* n, const real* x, const int* incx, const real* y, const int* incy, real* z,
+              const int* incz),
+             (n, x, incx, y, incy, z, incz))
+{
+    const int64_t count = *n, x_step = *incx, y_step = *incy, z_step = *incz;
+    if (x_step == 1 && y_step == 1 && z_step == 1)
+        for (int64_t k = 0; k < count; ++k)
+            patterns(z)[k] = negated_sum(x[k], y[k]);
+    else
+        for (int64_t k = 0; k < count; ++k)
+            patterns(z)[k * z_step] = negated_sum(x[k * x_step], y[k * y_step]);
+}
