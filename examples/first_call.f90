@@ -1,11 +1,11 @@
 ! SPDX-License-Identifier: BSD-3-Clause
 ! Factorise a small symmetric matrix and solve a system with it.
 program first_call
+    use tovbla
     implicit none
     integer, parameter :: n = 3
     double precision :: a(n, n), x(n), d(n), dinv(n)
     integer :: i
-    external :: blac_selim_small, blac_dtrsm
 
     ! Only the lower triangle is read.
     a = reshape([4d0, 1d0, 2d0, 0d0, 5d0, 1d0, 0d0, 0d0, 6d0], [n, n])

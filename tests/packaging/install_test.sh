@@ -1,0 +1,64 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-3-Clause
+# install_test.sh BUILD_DIRECTORY SOURCE_DIRECTORY
+# Installs into a temporary prefix, moves that elsewhere, and builds and runs callers against it: by
+# find_package, by pkg-config, and with the compiled Fortran module. Nothing may still point at the first place.
+set -euo pipefail
+build=$1 source=$2
+here=$source/tests/packaging
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+fail() { echo "FAILED: $*" >&2; exit 1; }
+
+cmake --install "$build" --prefix "$scratch/first" >"$scratch/install.log" || { cat "$scratch/install.log"; exit 1; }
+mkdir "$scratch/elsewhere"
+mv "$scratch/first" "$scratch/elsewhere/moved"
+prefix=$scratch/elsewhere/moved
+lib=$(dirname "$(find "$prefix" -name libZEFTOVBlaModule.so)")
+
+echo "== what is there"
+(cd "$prefix" && find . ! -type d | sort)
+for file in "$lib/libZEFTOVBlaModule.so.1" "$prefix/include/TOVBlaModule.h" "$prefix/include/tovbla.f90" \
+    "$lib/cmake/ZEFTOVBlaModule/ZEFTOVBlaModuleConfig.cmake" "$lib/pkgconfig/zeftovblamodule.pc" \
+    "$lib"/fortran/gfortran-mod-*/tovbla.mod "$prefix/share/man/man1/bla_solve.1"; do
+    [ -e "$file" ] || fail "not installed: $file"
+done
+objdump -p "$lib/libZEFTOVBlaModule.so" | grep -q 'SONAME *libZEFTOVBlaModule.so.1$' || fail "soname"
+[ "$(readlink "$lib/libZEFTOVBlaModule.so.1")" = libZEFTOVBlaModule.so.1.0.0 ] || fail "version"
+if grep -rIlE "$source|$build|$scratch/first" "$prefix"; then
+    fail "these files name the source tree, the build tree or the first prefix"
+fi
+
+export LD_LIBRARY_PATH=$lib PKG_CONFIG_PATH=$lib/pkgconfig
+
+echo "== C++ and Fortran by find_package"
+cmake -S "$here/consumer" -B "$scratch/consumer" -DEXAMPLES="$source/examples" \
+    -DCMAKE_PREFIX_PATH="$prefix" >"$scratch/cmake.log" || { cat "$scratch/cmake.log"; exit 1; }
+grep -q "^ZEFTOVBlaModule_DIR:PATH=$lib/" "$scratch/consumer/CMakeCache.txt" || fail "found another installation"
+cmake --build "$scratch/consumer" >"$scratch/build.log" || { cat "$scratch/build.log"; exit 1; }
+"$scratch/consumer/cxx_consumer"
+"$scratch/consumer/fortran_consumer"
+for version in 0.9 2.0; do
+    sed "s/ZEFTOVBlaModule 1.0/ZEFTOVBlaModule $version/" "$here/consumer/CMakeLists.txt" >"$scratch/CMakeLists.txt"
+    if cmake -S "$scratch" -B "$scratch/v$version" -DEXAMPLES="$source/examples" \
+        -DCMAKE_PREFIX_PATH="$prefix" >"$scratch/version.log" 2>&1; then
+        fail "version $version was asked for and 1.0 taken"
+    fi
+    grep -q "compatible with requested version \"$version\"" "$scratch/version.log" || fail "no word about versions"
+done
+
+echo "== C by pkg-config"
+[ "$(pkg-config --modversion zeftovblamodule)" = 1.0.0 ] || fail "pkg-config --modversion"
+cc -Wall -Wextra -Werror -o "$scratch/c_consumer" "$here/consumer/consumer.c" \
+    $(pkg-config --cflags --libs zeftovblamodule)
+"$scratch/c_consumer"
+
+echo "== Fortran by pkg-config, with the compiled module and with its source"
+gfortran -o "$scratch/f_consumer" "$source/examples/first_call.f90" $(pkg-config --cflags --libs zeftovblamodule)
+"$scratch/f_consumer"
+gfortran -J "$scratch" -o "$scratch/f_consumer2" "$prefix/include/tovbla.f90" "$source/examples/first_call.f90" \
+    $(pkg-config --libs zeftovblamodule)
+"$scratch/f_consumer2"
+
+echo "== bla_solve, without help from the environment"
+(unset LD_LIBRARY_PATH && cd "$scratch" && "$prefix/bin/bla_solve" --mesh 4x2x2 --no-vtk)
