@@ -1,30 +1,84 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // L·S·Lᵀ := L·S·Lᵀ ± x·xᵀ on the leading ncol columns of L, S = diag(+1 for nlead columns, then -1): a plane
 // rotation a column, orthogonal where the signs of S and ± agree, hyperbolic where not.
+//
+// An element is divided by the cosine: multiplying with its reciprocal would give other last bits. Columns
+// are taken four at a time: first the square on the diagonal, which yields their rotations (and may be
+// refused), then all rows below, where x stays in a register from column to column.
 #include "blas.h"
 #include "tiers.h"
 
 namespace {
 
-enum class Rotation { Orthogonal, Hyperbolic };
+enum class Kind { Orthogonal, Hyperbolic };
 
-/// Rotates x into a column with `below` rows under the diagonal, both starting at the diagonal. False:
-/// refused, and nothing changed. The quotient t decides, and a NaN is not refused. Every element is divided
-/// by the cosine: a multiplication with its reciprocal would give other last bits.
-template <Rotation R>
-BLA_BODY bool rotate(real* l, real* x, int64_t below, double tol)
+struct Rotation
 {
-    const double t = x[0] / l[0];
-    if (R == Rotation::Hyperbolic && __builtin_fabs(t) >= 1.0 - tol)
-        return false;
-    const double c = __builtin_sqrt(R == Rotation::Orthogonal ? t * t + 1.0 : 1.0 - t * t);
-    l[0] = l[0] * c;
-    for (int64_t i = 1; i <= below; ++i) {
-        const double r = R == Rotation::Orthogonal ? (t * x[i] + l[i]) / c : (l[i] - t * x[i]) / c;
-        l[i] = r;
-        x[i] = x[i] * c - r * t;
+    double t, c;
+};
+
+/// Turns `rows` elements of x into as many rows of Columns columns, one column after the other.
+template <Kind K, int Columns>
+BLA_BODY void turn(real* l, int64_t step, real* x, int64_t rows, const Rotation* rotations)
+{
+    double t[Columns], c[Columns];
+    for (int q = 0; q < Columns; ++q) {
+        t[q] = rotations[q].t;
+        c[q] = rotations[q].c;
     }
-    return true;
+#pragma GCC ivdep
+    for (int64_t i = 0; i < rows; ++i) {
+        double xi = x[i];
+        for (int q = 0; q < Columns; ++q) {
+            const double old = l[q * step + i];
+            const double r = K == Kind::Orthogonal ? (t[q] * xi + old) / c[q] : (old - t[q] * xi) / c[q];
+            l[q * step + i] = r;
+            xi = xi * c[q] - r * t[q];
+        }
+        x[i] = xi;
+    }
+}
+
+/// Takes the columns first..last-1 of a factor of order n; returns the number of the one that was
+/// refused, counted from 1, or 0.
+template <Kind K>
+BLA_BODY int sweep(int64_t first, int64_t last, int64_t n, real* l, int64_t step, real* x, double tol)
+{
+    constexpr int64_t Group = 4;
+    for (int64_t j = first; j < last; j += Group) {
+        const int64_t end = last - j < Group ? last : j + Group; // of the columns
+        const int64_t below = end < n ? end : n;                 // first row under the square
+        Rotation rotations[Group];
+        int64_t k = j;
+        for (; k < end; ++k) {
+            real* const diagonal = l + k * step + k;
+            const double t = x[k] / *diagonal; // a NaN is not refused
+            if (K == Kind::Hyperbolic && __builtin_fabs(t) >= 1.0 - tol)
+                break;
+            const double c = __builtin_sqrt(K == Kind::Orthogonal ? t * t + 1.0 : 1.0 - t * t);
+            *diagonal = *diagonal * c;
+            rotations[k - j] = {t, c};
+            turn<K, 1>(diagonal + 1, step, x + k + 1, below - k - 1, &rotations[k - j]);
+        }
+        real *const rest = l + j * step + below, *const x_rest = x + below;
+        switch (k - j) { // after a refusal the columns before it are finished
+        case 1:
+            turn<K, 1>(rest, step, x_rest, n - below, rotations);
+            break;
+        case 2:
+            turn<K, 2>(rest, step, x_rest, n - below, rotations);
+            break;
+        case 3:
+            turn<K, 3>(rest, step, x_rest, n - below, rotations);
+            break;
+        case 4:
+            turn<K, 4>(rest, step, x_rest, n - below, rotations);
+            break;
+        }
+        if (k < end)
+            return static_cast<int>(k + 1);
+    }
+    return 0;
 }
 
 } // namespace
@@ -38,16 +92,14 @@ BLA_TIERS_VRA(blac_cholupd_,
     const bool add = lsame_(job, "P", 1, 1);
     if (!add && !lsame_(job, "N", 1, 1))
         return;
-    const int64_t order = *n, step = int64_t{*ldl} + 1;
+    const int64_t order = *n, step = *ldl;
     const int64_t leading = *nlead < *ncol ? *nlead : *ncol; // not bounded by n
     const int64_t columns = *n < *ncol ? *n : *ncol;
-    for (int64_t j = 0; j < leading || j < columns; ++j) {
-        const bool orthogonal = add == (j < leading);
-        if (orthogonal)
-            rotate<Rotation::Orthogonal>(l + j * step, x + j, order - 1 - j, *tol);
-        else if (!rotate<Rotation::Hyperbolic>(l + j * step, x + j, order - 1 - j, *tol)) {
-            *info = static_cast<int>(j + 1);
-            return;
-        }
+    for (int phase = 0; phase < 2 && *info == 0; ++phase) {
+        const int64_t first = phase == 0 ? 0 : leading, last = phase == 0 ? leading : columns;
+        if (add == (phase == 0))
+            sweep<Kind::Orthogonal>(first, last, order, l, step, x, *tol);
+        else
+            *info = sweep<Kind::Hyperbolic>(first, last, order, l, step, x, *tol);
     }
 }

@@ -4,6 +4,12 @@
 #include "TOVBlaModule.h"
 
 #include "blas.h"
+#include "rotations.h"
+
+static Turned turn(double c, double s, Turned p)
+{
+    return {c * p.element - s * p.xi, c * p.xi + s * p.element};
+}
 
 BLA_EXPORT void blac_dchdd_(real* l, const int* ldl, const int* p, const real* x, real* c, real* s, int* info)
 {
@@ -31,13 +37,25 @@ BLA_EXPORT void blac_dchdd_(real* l, const int* ldl, const int* p, const real* x
         alpha = rho * sigma;
     }
 
-    for (int64_t j = 0; j < order; ++j) {
-        double xi = 0.0;
-        for (int64_t i = j; i >= 0; --i) {
-            real& element = l[j + i * step];
-            const double t = c[i] * xi + s[i] * element;
-            element = c[i] * element - s[i] * xi;
-            xi = t;
+    // Each row from its diagonal to the left.
+    for_row_blocks(order, [=](int64_t first, int64_t last) {
+        double xi[RowBlock];
+        const int64_t end = first + (last - first + ColumnGroup - 1) / ColumnGroup * ColumnGroup;
+        for (int64_t i = end - ColumnGroup; i >= first; i -= ColumnGroup) {
+            const int64_t below = last - i < ColumnGroup ? last : i + ColumnGroup;
+            for (int64_t j = i; j < below; ++j) {
+                xi[j - first] = 0.0;
+                for (int64_t k = j; k >= i; --k) {
+                    const Turned pair = turn(c[k], s[k], {l[j + k * step], xi[j - first]});
+                    l[j + k * step] = pair.element;
+                    xi[j - first] = pair.xi;
+                }
+            }
+            rotate_columns(last - below, l + (i + 3) * step + below, -step, xi + (below - first), c + i + 3,
+                           s + i + 3, -1, turn);
         }
-    }
+        for (int64_t i = first - ColumnGroup; i >= 0; i -= ColumnGroup)
+            rotate_columns(last - first, l + (i + 3) * step + first, -step, xi, c + i + 3, s + i + 3, -1,
+                           turn);
+    });
 }

@@ -1,22 +1,37 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// L·Lᵀ := L·Lᵀ + x·xᵀ by Givens rotations (c,s), row by row of L: the rotations of the rows above are applied
-// to the row and its element of x, then drotg_ makes the row's own. A negative diagonal stays as drotg_
-// leaves it.
+// L·Lᵀ := L·Lᵀ + x·xᵀ by Givens rotations (c,s): row j and xi = x(j) are turned by the rotations of the rows
+// above, and drotg_ makes the row's own from what is left. A negative diagonal stays as drotg_ leaves it.
 #include "TOVBlaModule.h"
 
 #include "blas.h"
+#include "rotations.h"
+
+static Turned turn(double c, double s, Turned p)
+{
+    return {c * p.element + p.xi * s, p.xi * c - s * p.element};
+}
 
 BLA_EXPORT void blac_dchud_(real* l, const int* ldl, const int* p, const real* x, real* c, real* s)
 {
-    const int64_t order = *p, step = *ldl;
-    for (int64_t j = 0; j < order; ++j) {
-        real xi = x[j];
-        for (int64_t i = 0; i < j; ++i) {
-            real& element = l[j + i * step];
-            const double t = c[i] * element + xi * s[i];
-            xi = xi * c[i] - s[i] * element;
-            element = t;
+    const int64_t step = *ldl;
+    for_row_blocks(*p, [=](int64_t first, int64_t last) {
+        double xi[RowBlock];
+        for (int64_t j = first; j < last; ++j)
+            xi[j - first] = x[j];
+        for (int64_t i = 0; i < first; i += ColumnGroup)
+            rotate_columns(last - first, l + i * step + first, step, xi, c + i, s + i, 1, turn);
+        for (int64_t i = first; i < last; i += ColumnGroup) {
+            const int64_t below = last - i < ColumnGroup ? last : i + ColumnGroup;
+            for (int64_t j = i; j < below; ++j) {
+                for (int64_t k = i; k < j; ++k) {
+                    const Turned pair = turn(c[k], s[k], {l[j + k * step], xi[j - first]});
+                    l[j + k * step] = pair.element;
+                    xi[j - first] = pair.xi;
+                }
+                drotg_(&l[j + j * step], &xi[j - first], &c[j], &s[j]);
+            }
+            rotate_columns(last - below, l + i * step + below, step, xi + (below - first), c + i, s + i, 1,
+                           turn);
         }
-        drotg_(&l[j + j * step], &xi, &c[j], &s[j]);
-    }
+    });
 }
