@@ -152,11 +152,15 @@ double* Case::front(std::int64_t n, std::int64_t ld)
     return a;
 }
 
+// Short entries below the diagonal: the inverse stays bounded.
 double* Case::factor(std::int64_t n, std::int64_t ld)
 {
     double* const a = matrix(n, n, ld);
-    for (std::int64_t i = 0; i < n; ++i)
-        set(a, i + i * ld, std::bit_cast<double>(0x3ff0000000000000 | bits() >> 12));
+    for (std::int64_t j = 0; j < n; ++j) {
+        set(a, j + j * ld, std::bit_cast<double>(0x3ff0000000000000 | bits() >> 12));
+        for (std::int64_t i = j + 1; i < n; ++i)
+            set(a, i + j * ld, number() / 64);
+    }
     return a;
 }
 

@@ -32,3 +32,22 @@ DIGEST(blac_sparse_umv_, Computed)
     const double* const x = c.matrix(s.n, s.nrhs, s.n);
     blac_sparse_umv_(s.value, x, s.start, s.column, c.matrix_room(s.m, s.nrhs, s.m), &s.m, &s.n, &s.nrhs);
 }
+
+DIGEST(blac_sparse_umtv_, Computed)
+{
+    const Sparse s(c);
+    const double* const x = c.matrix(s.m, s.nrhs, s.m);
+    blac_sparse_umtv_(s.value, x, s.start, s.column, c.matrix_room(s.n, s.nrhs, s.n), &s.m, &s.n, &s.nrhs);
+}
+
+DIGEST(blac_sparse_sparse_umtv_, Computed)
+{
+    const Sparse s(c);
+    std::vector<int> rows;
+    for (int r = s.m > 0 ? c.below(2 * s.m) : 0; r > 0; --r)
+        rows.push_back(c.below(s.m));
+    const int nl = static_cast<int>(rows.size());
+    const double* const x = c.matrix(nl, s.nrhs, nl);
+    double* const y = c.matrix_room(s.n, s.nrhs, s.n);
+    blac_sparse_sparse_umtv_(s.value, x, s.start, s.column, y, &nl, &s.n, &s.nrhs, c.integers(rows));
+}
