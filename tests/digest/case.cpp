@@ -61,10 +61,14 @@ int Case::size()
 double Case::number()
 {
     static const std::uint64_t specials[] = {
-        0x7ff8000000000000, 0xfff8000000000123, 0x7ff0000000000000, 0xfff0000000000000, // NaN, infinity
-        0x0000000000000000, 0x8000000000000000, 0x0000000000000001, 0x8000000000000001, // zero, denormal
-        0x0008000000000000, 0x0010000000000000, 0x7fefffffffffffff, 0xffefffffffffffff, // tiniest, largest
-        0x38754484932d2e72, 0xb8754484932d2e72, 0x476812f9cf7920e3, 0x3ff0000000000000, // ±1e-36, 1e36, 1
+        0x7ff8000000000000, 0xfff8000000000123,
+        0x7ff0000000000000, 0xfff0000000000000, // NaN, infinity
+        0x0000000000000000, 0x8000000000000000,
+        0x0000000000000001, 0x8000000000000001, // zero, denormal
+        0x0008000000000000, 0x0010000000000000,
+        0x7fefffffffffffff, 0xfff4000000000123, // tiniest, largest, signalling NaN
+        0x38754484932d2e72, 0xb8754484932d2e72,
+        0x476812f9cf7920e3, 0x3ff0000000000000, // ±1e-36, 1e36, 1
     };
     const std::uint64_t r = bits();
     if (special_ && r % 8 == 0)

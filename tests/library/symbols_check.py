@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: BSD-3-Clause
 """What the library takes from others, and what it brings for whom.
 
-    symbols_check.py [--pending] LIBRARY [TIERS [DIGEST]]
+    symbols_check.py LIBRARY [TIERS [DIGEST]]
 
 - From outside it takes the BLAS and LAPACK routines behind its facade and the few that its kernels call, the thread
   controls of BLAS libraries (weak), malloc and free, and block copies and fills. Nothing prints, aborts, throws, runs
@@ -10,8 +10,6 @@
 - Every exported name is of the frame, of the facade, or a kernel on the list TIERS, and each kernel has exactly the
   variants that the list gives it.
 - The list DIGEST of expected hashes has every kernel.
-
-With --pending, kernels that are not there yet are not missed.
 """
 import os
 import re
@@ -73,9 +71,6 @@ def check_kernels(library, table):
 
 
 def main():
-    pending = "--pending" in sys.argv
-    if pending:
-        sys.argv.remove("--pending")
     here = os.path.dirname(os.path.abspath(__file__))
     library, tiers, digest = (sys.argv[1:] + [os.path.join(here, "tiers.txt"),
                                               os.path.join(here, "../digest/expected.txt")][len(sys.argv) - 2:])[:3]
@@ -84,8 +79,6 @@ def main():
     with open(digest) as file:
         digested = {line.split()[0] for line in file if line.strip()}
     errors += [f"{kernel} is in no digest" for kernel in table if kernel not in digested]
-    if pending:
-        errors = [error for error in errors if not error.endswith(("is missing", "is in no digest"))]
     for error in errors:
         print(error)
     print(f"{len(table)} kernels, {len(disassembly.undefined(library))} names from outside, {len(errors)} violations")
