@@ -10,11 +10,11 @@
 ! - Kinds are written out (integer(4), real(8), complex(8), logical(4)), so that compiler options that change
 !   the default kinds show as errors and not as wrong results.
 ! - Arrays are assumed-size: whole arrays of any rank fit, and so does an element, as the start of a block:
-!   a(i, j) with the leading dimension of the array around it.
+!   a(i, j) with the leading dimension of the array around it. What a routine may write is intent(inout), be
+!   it result or work space: elements that a routine skips keep their values.
 ! - Complex results come back through a hidden first argument in this library, and not as gfortran returns
 !   them. So blac_zdotc, blac_zdotu and blac_zladiv are subroutines here, with the result first.
 ! - Routines that Fortran could not call by itself (arguments by value, C++ names) are bound by bind(c).
-!   Fortran does not tell blac_selimC from blac_selimc: they are written as in the header or not, as you like.
 module tovbla
     use, intrinsic :: iso_c_binding, only: c_double, c_int
     implicit none
@@ -1219,6 +1219,164 @@ module tovbla
         end function
 
         ! ----------------------------------------------------------------------------------------------------
+        ! Vector utilities
+        ! ----------------------------------------------------------------------------------------------------
+
+        ! x(k) := a, k = 1..n.
+        subroutine tovbla_vdasn(n, x, a)
+            integer(4), intent(in) :: n
+            real(8), intent(inout) :: x(*)
+            real(8), intent(in) :: a
+        end subroutine
+
+        ! x(k) := a, k = 1..n, for any length.
+        subroutine tovbla_bvdasn(n, x, a)
+            integer(8), intent(in) :: n
+            real(8), intent(inout) :: x(*)
+            real(8), intent(in) :: a
+        end subroutine
+
+        ! x(k) := x(k)·a, k = 1..n.
+        subroutine tovbla_vdscale(n, x, a)
+            integer(4), intent(in) :: n
+            real(8), intent(inout) :: x(*)
+            real(8), intent(in) :: a
+        end subroutine
+
+        ! x(k) := x(k)·a, k = 1..n, for any length.
+        subroutine tovbla_bvdscale(n, x, a)
+            integer(8), intent(in) :: n
+            real(8), intent(inout) :: x(*)
+            real(8), intent(in) :: a
+        end subroutine
+
+        ! y(k) := x(k), k = 1..n.
+        subroutine tovbla_vdcopyi(n, x, incx, y, incy)
+            integer(4), intent(in) :: n, incx, incy
+            real(8), intent(in) :: x(*)
+            real(8), intent(inout) :: y(*)
+        end subroutine
+
+        ! y(k) := -x(k), k = 1..n: every sign bit is flipped, also of zeros and NaN.
+        subroutine tovbla_vdnegcopyi(n, x, incx, y, incy)
+            integer(4), intent(in) :: n, incx, incy
+            real(8), intent(in) :: x(*)
+            real(8), intent(inout) :: y(*)
+        end subroutine
+
+        ! z(k) := x(k) + y(k), k = 1..n.
+        subroutine tovbla_vdaddi(n, x, incx, y, incy, z, incz)
+            integer(4), intent(in) :: n, incx, incy, incz
+            real(8), intent(in) :: x(*), y(*)
+            real(8), intent(inout) :: z(*)
+        end subroutine
+
+        ! z(k) := -(x(k) + y(k)), k = 1..n: the rounded sum with its sign bit flipped. So 0 + 0 and 1 + -1
+        ! give -0, and a NaN the opposite sign of that which the sum has.
+        subroutine tovbla_vdnegaddi(n, x, incx, y, incy, z, incz)
+            integer(4), intent(in) :: n, incx, incy, incz
+            real(8), intent(in) :: x(*), y(*)
+            real(8), intent(inout) :: z(*)
+        end subroutine
+
+        ! y(k) := conj(x(k)), k = 1..n: real parts are copied, the sign bits of the imaginary parts flipped.
+        subroutine tovbla_vzconj(n, x, y)
+            integer(4), intent(in) :: n
+            complex(8), intent(in) :: x(*)
+            complex(8), intent(inout) :: y(*)
+        end subroutine
+
+        ! ----------------------------------------------------------------------------------------------------
+        ! Block kernels
+        ! ----------------------------------------------------------------------------------------------------
+
+        ! A := A + B.
+        subroutine blac_addrectblock(m, n, a, lda, b, ldb)
+            integer(4), intent(in) :: m, n, lda, ldb
+            real(8), intent(inout) :: a(lda, *)
+            real(8), intent(in) :: b(ldb, *)
+        end subroutine
+
+        ! A := A + Bᵀ: a(i,j) := a(i,j) + b(j,i).
+        subroutine blac_addrectblockt(m, n, a, lda, b, ldb)
+            integer(4), intent(in) :: m, n, lda, ldb
+            real(8), intent(inout) :: a(lda, *)
+            real(8), intent(in) :: b(ldb, *)
+        end subroutine
+
+        ! A := A + B on the lower triangles with their diagonals; neither upper triangle is read or written.
+        subroutine blac_addtriblock(n, a, lda, b, ldb)
+            integer(4), intent(in) :: n, lda, ldb
+            real(8), intent(inout) :: a(lda, *)
+            real(8), intent(in) :: b(ldb, *)
+        end subroutine
+
+        ! Copies a diagonal and forms its reciprocals: d(i) := a(i,i), dinv(i) := 1/d(i).
+        subroutine blac_copydiag(n, a, lda, d, dinv)
+            integer(4), intent(in) :: n, lda
+            real(8), intent(in) :: a(lda, *)
+            real(8), intent(inout) :: d(*), dinv(*)
+        end subroutine
+
+        ! B := Aᵀ: b(i,j) := a(j,i), in tiles as blac_addrectblockt_.
+        subroutine blac_datcpy(m, n, a, lda, b, ldb)
+            integer(4), intent(in) :: m, n, lda, ldb
+            real(8), intent(in) :: a(lda, *)
+            real(8), intent(inout) :: b(ldb, *)
+        end subroutine
+
+        ! B := A·diag(s): b(i,j) := a(i,j)·s(j). The plain product also for s(j) = 0: an infinite or NaN
+        ! a(i,j) gives NaN.
+        subroutine blac_dlacpysc(m, n, a, lda, s, b, ldb)
+            integer(4), intent(in) :: m, n, lda, ldb
+            real(8), intent(in) :: a(lda, *), s(*)
+            real(8), intent(inout) :: b(ldb, *)
+        end subroutine
+
+        ! x(k) := a, k = 1..n, with an increment.
+        subroutine blac_dset(n, a, x, incx)
+            integer(4), intent(in) :: n, incx
+            real(8), intent(in) :: a
+            real(8), intent(inout) :: x(*)
+        end subroutine
+
+        ! a(i,j) := +0 on the lower triangle with the diagonal; the strict upper triangle is not touched.
+        subroutine blac_zerotri(n, a, lda)
+            integer(4), intent(in) :: n, lda
+            real(8), intent(inout) :: a(lda, *)
+        end subroutine
+
+        ! C := beta·C + alpha·A·Bᵀ on the lower block trapezoid of C.
+        subroutine blac_dhamm(nb, n, k, alpha, a, lda, b, ldb, beta, c, ldc)
+            integer(4), intent(in) :: nb, n, k, lda, ldb, ldc
+            real(8), intent(in) :: alpha, a(lda, *), b(ldb, *), beta
+            real(8), intent(inout) :: c(ldc, *)
+        end subroutine
+
+        ! Makes a symmetric matrix whole: copies one triangle onto the other. The diagonal and the source
+        ! triangle are not written.
+        subroutine blac_reflect(uplo, n, a, lda)
+            integer(4), intent(in) :: n, lda
+            character, intent(in) :: uplo
+            real(8), intent(inout) :: a(lda, *)
+        end subroutine
+
+        ! B := A, one block copy a column.
+        subroutine blac_copyrect_intr(m, n, b, ldb, a, lda) bind(c, name='blaC_copyrect_intr')
+            import :: c_int, c_double
+            integer(c_int), value :: m, n, ldb, lda
+            real(c_double), intent(inout) :: b(ldb, *)
+            real(c_double), intent(in) :: a(lda, *)
+        end subroutine
+
+        ! a(i,j) := +0 for j = k0+1..k0+m and i = j..n: m columns of the lower triangle with the diagonal.
+        subroutine blac_zerotric(n, k0, m, a, lda) bind(c, name='blaC_zerotriC')
+            import :: c_int, c_double
+            integer(c_int), value :: n, k0, m, lda
+            real(c_double), intent(inout) :: a(lda, *)
+        end subroutine
+
+        ! ----------------------------------------------------------------------------------------------------
         ! Diagonal scaling
         ! ----------------------------------------------------------------------------------------------------
 
@@ -1226,7 +1384,7 @@ module tovbla
         subroutine blac_scale(m, n, d, a, lda, b, ldb)
             integer(4), intent(in) :: m, n, lda, ldb
             real(8), intent(in) :: d(*), a(lda, *)
-            real(8), intent(out) :: b(ldb, *)
+            real(8), intent(inout) :: b(ldb, *)
         end subroutine
 
         ! A := diag(d)·A in place: a(i,j) := a(i,j)·d(i).
@@ -1300,16 +1458,14 @@ module tovbla
         ! A = L·D·Lᵀ of a block, unblocked.
         subroutine blac_selim_small(n, a, lda, d, dinv, tol)
             integer(4), intent(in) :: n, lda
-            real(8), intent(inout) :: a(lda, *)
-            real(8), intent(out) :: d(*), dinv(*)
+            real(8), intent(inout) :: a(lda, *), d(*), dinv(*)
             real(8), intent(in) :: tol
         end subroutine
 
         ! A + E = L·D·Lᵀ of a block, unblocked, with regularised pivots; E = diag(-dcorr).
         subroutine blac_selim_small_reg(n, a, lda, d, dinv, tol, negpiv, reg, dcorr)
             integer(4), intent(in) :: n, lda, negpiv(*)
-            real(8), intent(inout) :: a(lda, *)
-            real(8), intent(out) :: d(*), dinv(*), dcorr(*)
+            real(8), intent(inout) :: a(lda, *), d(*), dinv(*), dcorr(*)
             real(8), intent(in) :: tol(*), reg(*)
         end subroutine
 
@@ -1317,8 +1473,7 @@ module tovbla
         subroutine blac_selim(n, nb, tol, a, lda, d, dinv)
             integer(4), intent(in) :: n, nb, lda
             real(8), intent(in) :: tol
-            real(8), intent(inout) :: a(lda, *)
-            real(8), intent(out) :: d(*), dinv(*)
+            real(8), intent(inout) :: a(lda, *), d(*), dinv(*)
         end subroutine
 
         ! A + E = L·D·Lᵀ of a front, in panels of width nb, with regularised pivots.
@@ -1340,14 +1495,14 @@ module tovbla
         ! A = L·D·U of a block, unblocked.
         subroutine blac_uelim_small(n, a, lda, d, dinv, tol)
             integer(4), intent(in) :: n, lda
-            real(8), intent(out) :: a(lda, *), d(*), dinv(*)
+            real(8), intent(inout) :: a(lda, *), d(*), dinv(*)
             real(8), intent(in) :: tol
         end subroutine
 
         ! A + E = L·D·U of a block, unblocked, with regularised pivots; E = diag(-dcorr).
         subroutine blac_uelim_small_reg(n, a, lda, d, dinv, tol, negpiv, reg, dcorr)
             integer(4), intent(in) :: n, lda, negpiv(*)
-            real(8), intent(inout) :: a(lda, *), d(*), dinv, dcorr(*)
+            real(8), intent(inout) :: a(lda, *), d(*), dinv(*), dcorr(*)
             real(8), intent(in) :: tol(*), reg(*)
         end subroutine
 
@@ -1355,7 +1510,7 @@ module tovbla
         subroutine blac_uelim(n, nb, tol, a, lda, d, dinv)
             integer(4), intent(in) :: n, nb, lda
             real(8), intent(in) :: tol
-            real(8), intent(out) :: a(lda, *), d(*), dinv(*)
+            real(8), intent(inout) :: a(lda, *), d(*), dinv(*)
         end subroutine
 
         ! A + E = L·D·U of a front, in panels of width nb, with regularised pivots.
@@ -1382,17 +1537,15 @@ module tovbla
         ! L·Lᵀ := L·Lᵀ + x·xᵀ by Givens rotations, row by row of L.
         subroutine blac_dchud(l, ldl, p, x, c, s)
             integer(4), intent(in) :: ldl, p
-            real(8), intent(inout) :: l(ldl, *)
+            real(8), intent(inout) :: l(ldl, *), c(*), s(*)
             real(8), intent(in) :: x(*)
-            real(8), intent(out) :: c(*), s(*)
         end subroutine
 
         ! L·Lᵀ := L·Lᵀ - x·xᵀ by Givens rotations, if the result is positive definite.
         subroutine blac_dchdd(l, ldl, p, x, c, s, info)
             integer(4), intent(in) :: ldl, p
-            real(8), intent(inout) :: l(ldl, *)
+            real(8), intent(inout) :: l(ldl, *), c(*), s(*)
             real(8), intent(in) :: x(*)
-            real(8), intent(out) :: c(*), s(*)
             integer(4), intent(out) :: info
         end subroutine
 
@@ -1404,21 +1557,21 @@ module tovbla
         subroutine blac_sparse_umv(a, x, ia, ja, y, m, n, nrhs)
             integer(4), intent(in) :: ia(*), ja(*), m, n, nrhs
             real(8), intent(in) :: a(*), x(*)
-            real(8), intent(out) :: y(*)
+            real(8), intent(inout) :: y(*)
         end subroutine
 
         ! Y := Aᵀ·X.
         subroutine blac_sparse_umtv(a, x, ia, ja, y, m, n, nrhs)
             integer(4), intent(in) :: ia(*), ja(*), m, n, nrhs
             real(8), intent(in) :: a(*), x(*)
-            real(8), intent(out) :: y(*)
+            real(8), intent(inout) :: y(*)
         end subroutine
 
         ! Y := A(list,:)ᵀ·X: the product with some rows of A, of which X holds just the partners.
         subroutine blac_sparse_sparse_umtv(a, x, ia, ja, y, nl, n, nrhs, list)
             integer(4), intent(in) :: ia(*), ja(*), nl, n, nrhs, list(*)
             real(8), intent(in) :: a(*), x(*)
-            real(8), intent(out) :: y(*)
+            real(8), intent(inout) :: y(*)
         end subroutine
 
     end interface
