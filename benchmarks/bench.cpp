@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "bench.h"
+
+#include "TOVBlaModule.h"
+
+#include <benchmark/benchmark.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <cstring>
+#include <thread>
+
+namespace bench {
+
+void add(const std::string& name, double work, std::function<Job()> make)
+{
+    benchmark::RegisterBenchmark(name.c_str(), [work, make](benchmark::State& state) {
+        const Job job = make();
+        job.reset();
+        job.run();
+        // A peer with 512-bit registers lowers the clock for those that run right after it.
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        for (auto _ : state) {
+            job.reset();
+            const auto start = std::chrono::steady_clock::now();
+            job.run();
+            state.SetIterationTime(
+                std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+        }
+        state.counters["rate"] = benchmark::Counter(work, benchmark::Counter::kIsIterationInvariantRate);
+    })->UseManualTime();
+}
+
+Array::Array(int64_t count)
+    : count_(count), data_(static_cast<double*>(std::aligned_alloc(
+                         4096, (static_cast<std::size_t>(count) * 8 + 4095) / 4096 * 4096)))
+{
+    std::memset(data_, 0, static_cast<std::size_t>(count) * 8);
+}
+
+Array::Array(const Array& other) : Array(other.count_)
+{
+    copy_from(other);
+}
+
+Array::~Array()
+{
+    std::free(data_);
+}
+
+void Array::copy_from(const Array& other)
+{
+    std::memcpy(data_, other.data_, static_cast<std::size_t>(count_) * 8);
+}
+
+void fill(Array& a)
+{
+    std::mt19937_64 random(1);
+    for (int64_t i = 0; i < a.size(); ++i)
+        a[i] = static_cast<double>(static_cast<int64_t>(random() >> 11)) * 0x1p-52 - 1.0;
+}
+
+} // namespace bench
+
+int main(int argc, char** argv)
+{
+    // The thread count is an argument of ours: --threads=2 gives the BLAS two.
+    int threads = 1;
+    int kept = 1;
+    for (int i = 1; i < argc; ++i) {
+        if (std::strncmp(argv[i], "--threads=", 10) == 0)
+            threads = std::atoi(argv[i] + 10);
+        else
+            argv[kept++] = argv[i];
+    }
+    argc = kept;
+    blaC_set_num_threads(threads);
+
+    bench::add_limits();
+    bench::add_eliminations();
+    bench::add_blocked_eliminations();
+    bench::add_cholesky();
+    bench::add_sparse();
+    bench::add_transposes();
+    bench::add_block_kernels();
+    bench::add_products();
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 2;
+    benchmark::RunSpecifiedBenchmarks();
+}

@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Kernels that move more than they compute: transposes, scaling, assembly, copies and fills. Rates are useful
+// bytes, counted as reads and writes of the elements concerned; variants of one line count alike.
+#include "bench.h"
+
+#include "TOVBlaModule.h"
+#include "peers.h"
+#include "reference.h"
+
+#include <cstring>
+#include <memory>
+
+namespace bench {
+namespace {
+
+/// Several pairs of blocks, so that a run is long enough to be timed; `footprint` keeps them within a cache
+/// level.
+struct Pair
+{
+    int n, ld, count;
+    Array a, b, d;
+
+    static int blocks(int order, int ld, int64_t footprint)
+    {
+        const int64_t bytes = int64_t{order} * ld * 16;
+        return bytes >= footprint ? 1 : static_cast<int>(footprint / bytes);
+    }
+
+    Pair(int order, int leading, int blocks)
+        : n(order), ld(leading), count(blocks), a(int64_t{leading} * order * blocks), b(a.size()), d(leading)
+    {
+        fill(a);
+        fill(b);
+        for (int i = 0; i < ld; ++i)
+            d[i] = i % 2 ? 1.0 : -1.0; // scaling in place again and again stays in range
+    }
+    double* block_a(int i) const { return a + int64_t{i} * n * ld; }
+    double* block_b(int i) const { return b + int64_t{i} * n * ld; }
+};
+
+using Run = void (*)(Pair&, double* a, double* b);
+
+void add_pair(const std::string& name, int n, int ld, double bytes, Run run)
+{
+    // Up to n = 50 one pair in the first level, repeated; then as it falls.
+    const int repeat = n <= 50 ? 200 : n <= 300 ? 10 : 1;
+    add(name, bytes * repeat, [=] {
+        auto pair = std::make_shared<Pair>(n, ld, 1);
+        return Job{[] {},
+                   [=] {
+                       for (int i = 0; i < repeat; ++i)
+                           run(*pair, pair->block_a(0), pair->block_b(0));
+                   }};
+    });
+}
+
+void copy_columns(Pair& p, double* a, double* b)
+{
+    for (int64_t j = 0; j < p.n; ++j)
+        std::memcpy(b + j * p.ld, a + j * p.ld, static_cast<std::size_t>(p.n) * 8);
+}
+
+const int Unit = 1;
+const double One = 1.0, Minus = -1.0;
+
+} // namespace
+
+void add_transposes()
+{
+    const int shapes[][2] = {{40, 40}, {200, 200}, {200, 256}, {1000, 1000}, {1000, 1024}, {6000, 6000}};
+    for (const auto& [n, ld] : shapes) {
+        const std::string size = std::to_string(n) + "_ld" + std::to_string(ld) + '/';
+        const double square = 8.0 * n * n;
+
+        add_pair("datcpy/" + size + "kernel", n, ld, 2 * square,
+                 [](Pair& p, double* a, double* b) { blac_datcpy_(&p.n, &p.n, a, &p.ld, b, &p.ld); });
+        add_pair("datcpy/" + size + "loop", n, ld, 2 * square,
+                 [](Pair& p, double* a, double* b) { reference::datcpy(p.n, p.n, a, p.ld, b, p.ld); });
+        add_pair("datcpy/" + size + "eigen", n, ld, 2 * square,
+                 [](Pair& p, double* a, double* b) { eigen_transpose(p.n, p.n, a, p.ld, b, p.ld); });
+        add_pair("datcpy/" + size + "copy", n, ld, 2 * square, copy_columns);
+
+        add_pair("addrectblockt/" + size + "kernel", n, ld, 3 * square,
+                 [](Pair& p, double* a, double* b) { blac_addrectblockt_(&p.n, &p.n, a, &p.ld, b, &p.ld); });
+        add_pair("addrectblockt/" + size + "loop", n, ld, 3 * square,
+                 [](Pair& p, double* a, double* b) { reference::addrectblockt(p.n, p.n, a, p.ld, b, p.ld); });
+        add_pair("addrectblockt/" + size + "eigen", n, ld, 3 * square,
+                 [](Pair& p, double* a, double* b) { eigen_add_transposed(p.n, p.n, a, p.ld, b, p.ld); });
+        add_pair("addrectblockt/" + size + "add", n, ld, 3 * square,
+                 [](Pair& p, double* a, double* b) { reference::addrectblock(p.n, p.n, a, p.ld, b, p.ld); });
+
+        add_pair("reflect/" + size + "kernel", n, ld, square,
+                 [](Pair& p, double* a, double*) { blac_reflect_("L", &p.n, a, &p.ld); });
+        add_pair("reflect/" + size + "loop", n, ld, square,
+                 [](Pair& p, double* a, double*) { reference::reflect('L', p.n, a, p.ld); });
+        add_pair("reflect/" + size + "copy", n, ld, 2 * square, copy_columns);
+    }
+}
+
+void add_block_kernels()
+{
+    for (int n : {32, 50, 200, 1000}) {
+        const std::string size = std::to_string(n) + '/';
+        const double square = 8.0 * n * n, triangle = square / 2;
+        const int ld = n;
+
+        add_pair("scale/" + size + "kernel", n, ld, 2 * square,
+                 [](Pair& p, double* a, double* b) { blac_scale_(&p.n, &p.n, p.d, a, &p.ld, b, &p.ld); });
+        add_pair("scale/" + size + "loop", n, ld, 2 * square,
+                 [](Pair& p, double* a, double* b) { reference::scale(p.n, p.n, p.d, a, p.ld, b, p.ld); });
+        add_pair("scale/" + size + "copy", n, ld, 2 * square, copy_columns);
+
+        add_pair("scale2/" + size + "kernel", n, ld, 2 * square,
+                 [](Pair& p, double* a, double*) { blac_scale2_(&p.n, &p.n, a, &p.ld, p.d); });
+        add_pair("scale2/" + size + "loop", n, ld, 2 * square,
+                 [](Pair& p, double* a, double*) { reference::scale2(p.n, p.n, a, p.ld, p.d); });
+
+        add_pair("scale2t/" + size + "kernel", n, ld, 2 * square,
+                 [](Pair& p, double* a, double*) { blac_scale2t_(&p.n, &p.n, a, &p.ld, p.d); });
+        add_pair("scale2t/" + size + "loop", n, ld, 2 * square,
+                 [](Pair& p, double* a, double*) { reference::scale2t(p.n, p.n, a, p.ld, p.d); });
+        add_pair("scale2t/" + size + "dscal", n, ld, 2 * square, [](Pair& p, double* a, double*) {
+            for (int64_t j = 0; j < p.n; ++j)
+                dscal_(&p.n, &Minus, a + j * p.ld, &Unit);
+        });
+
+        add_pair("scale_low/" + size + "kernel", n, ld, 2 * triangle,
+                 [](Pair& p, double* a, double*) { blac_scale_low_(&p.n, a, &p.ld, p.d); });
+        add_pair("scale_low/" + size + "loop", n, ld, 2 * triangle,
+                 [](Pair& p, double* a, double*) { reference::scale_low(p.n, a, p.ld, p.d); });
+
+        add_pair("addrectblock/" + size + "kernel", n, ld, 3 * square,
+                 [](Pair& p, double* a, double* b) { blac_addrectblock_(&p.n, &p.n, a, &p.ld, b, &p.ld); });
+        add_pair("addrectblock/" + size + "loop", n, ld, 3 * square,
+                 [](Pair& p, double* a, double* b) { reference::addrectblock(p.n, p.n, a, p.ld, b, p.ld); });
+        add_pair("addrectblock/" + size + "daxpy", n, ld, 3 * square, [](Pair& p, double* a, double* b) {
+            for (int64_t j = 0; j < p.n; ++j)
+                daxpy_(&p.n, &One, b + j * p.ld, &Unit, a + j * p.ld, &Unit);
+        });
+
+        add_pair("addtriblock/" + size + "kernel", n, ld, 3 * triangle,
+                 [](Pair& p, double* a, double* b) { blac_addtriblock_(&p.n, a, &p.ld, b, &p.ld); });
+        add_pair("addtriblock/" + size + "loop", n, ld, 3 * triangle,
+                 [](Pair& p, double* a, double* b) { reference::addtriblock(p.n, a, p.ld, b, p.ld); });
+
+        add_pair("dlacpysc/" + size + "kernel", n, ld, 2 * square,
+                 [](Pair& p, double* a, double* b) { blac_dlacpysc_(&p.n, &p.n, a, &p.ld, p.d, b, &p.ld); });
+        add_pair("dlacpysc/" + size + "loop", n, ld, 2 * square,
+                 [](Pair& p, double* a, double* b) { reference::dlacpysc(p.n, p.n, a, p.ld, p.d, b, p.ld); });
+        add_pair("dlacpysc/" + size + "copy", n, ld, 2 * square, copy_columns);
+
+        add_pair("zerotri/" + size + "kernel", n, ld, triangle,
+                 [](Pair& p, double* a, double*) { blac_zerotri_(&p.n, a, &p.ld); });
+        add_pair("zerotri/" + size + "memset", n, ld, triangle, [](Pair& p, double* a, double*) {
+            for (int64_t j = 0; j < p.n; ++j)
+                std::memset(a + j * p.ld + j, 0, static_cast<std::size_t>(p.n - j) * 8);
+        });
+
+        add_pair("copyrect/" + size + "kernel", n, ld, 2 * square,
+                 [](Pair& p, double* a, double* b) { blaC_copyrect_intr(p.n, p.n, b, p.ld, a, p.ld); });
+        add_pair("copyrect/" + size + "copy", n, ld, 2 * square, copy_columns);
+    }
+}
+
+} // namespace bench

@@ -1,0 +1,173 @@
+# SPDX-License-Identifier: BSD-3-Clause
+"""Runs the benchmark line by line and compares rates within each line.
+
+usage: report.py BENCHMARK [--families REGEX] [--repetitions N] [--threads N] [--json FILE] [--markdown FILE]
+                 [--svg FILE]
+
+A line is one family and size. Its variants run in one process of their own, interleaved at random, several times; the
+best of each counts. Prints every line with the ratios kernel/peer, the targets of targets.txt and whether they are
+reached. --json keeps the rates, --svg draws them over the size.
+"""
+import argparse
+import collections
+import json
+import os
+import re
+import subprocess
+import sys
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+
+
+def read_targets():
+    """{line: {peer: ratio}}"""
+    targets = collections.OrderedDict()
+    for text in open(os.path.join(HERE, "targets.txt"), encoding="utf-8"):
+        words = text.split("#")[0].split()
+        if words:
+            targets[words[0]] = {peer: float(ratio) for peer, ratio in zip(words[1::2], words[2::2])}
+    return targets
+
+
+def list_lines(program, families):
+    """Lines in the order of the program, with their variants."""
+    names = subprocess.run([program, "--benchmark_list_tests"], check=True, capture_output=True, text=True).stdout
+    lines = collections.OrderedDict()
+    for name in names.split():
+        family, size, variant = name.split("/")[:3]
+        if family != "limits" and re.search(families, f"{family}/{size}"):
+            lines.setdefault(f"{family}/{size}", []).append(variant)
+    return lines
+
+
+def measure(program, line, repetitions, threads):
+    """{variant: best rate}"""
+    output = subprocess.run(
+        [program, f"--threads={threads}", f"--benchmark_filter=^{line}/", "--benchmark_min_time=0.01",
+         f"--benchmark_repetitions={repetitions}", "--benchmark_enable_random_interleaving=true",
+         "--benchmark_format=json"],
+        check=True, capture_output=True, text=True).stdout
+    rates = {}
+    for run in json.loads(output)["benchmarks"]:
+        if run["run_type"] == "iteration":
+            variant = run["name"].split("/")[2]
+            rates[variant] = max(rates.get(variant, 0.0), run["rate"])
+    return rates
+
+
+def best_variant(rates):
+    """The best panel width of a blocked driver, or the kernel."""
+    widths = {v: r for v, r in rates.items() if v.startswith("nb")}
+    return max(widths, key=widths.get) if widths else "kernel"
+
+
+def describe(line, rates, targets):
+    """(row of the table, all targets reached)"""
+    best = best_variant(rates)
+    ours = rates[best]
+    others = {v: r for v, r in rates.items() if v != best and not v.startswith("nb") and v != "vector"}
+    ratios = "  ".join(f"{v} {ours / r:.2f}" for v, r in others.items())
+    wanted = targets.get(line, {})
+    missed = [f"{peer} {ratio:g}" for peer, ratio in wanted.items() if ours / rates[peer] < ratio]
+    verdict = "" if not wanted else "reached" if not missed else "MISSED " + ", ".join(missed)
+    name = "" if best == "kernel" else best
+    goal = "  ".join(f"{peer} {ratio:g}" for peer, ratio in wanted.items())
+    return (line, f"{ours / 1e9:.2f}", name, ratios, goal, verdict), not missed
+
+
+HEADER = ("line", "G/s", "nb", "kernel / peer", "target", "")
+
+
+def print_row(row):
+    print("{:38} {:>8} {:6} {:62} {:34} {}".format(*row), flush=True)
+
+
+def write_markdown(path, rows, machine):
+    with open(path, "w", encoding="utf-8") as out:
+        out.write(f"{machine}\n\n| line | G/s | nb | kernel / peer | target | |\n|---|--:|---|---|---|---|\n")
+        for row in rows:
+            out.write("| " + " | ".join(row) + " |\n")
+
+
+def draw(path, results):
+    """One panel a family: rates over the size, a curve a variant."""
+    import matplotlib
+    matplotlib.use("Agg")
+    import matplotlib.pyplot as plt
+
+    families = collections.OrderedDict()
+    for line, rates in results.items():
+        family, size = line.split("/")
+        families.setdefault(family, collections.OrderedDict())[size] = rates
+    families = {f: sizes for f, sizes in families.items() if len(sizes) > 2}
+    columns = 3
+    rows = -(-len(families) // columns)
+    figure, axes = plt.subplots(rows, columns, figsize=(15, 3.6 * rows), squeeze=False)
+    for axis in axes.flat[len(families):]:
+        axis.set_visible(False)
+    for axis, (family, sizes) in zip(axes.flat, families.items()):
+        labels = list(sizes)
+        curves = collections.OrderedDict()
+        for position, rates in enumerate(sizes.values()):
+            best = best_variant(rates)
+            for variant, rate in rates.items():
+                if variant.startswith("nb") and variant != best or variant == "vector":
+                    continue
+                curves.setdefault("kernel" if variant == best else variant, []).append((position, rate / 1e9))
+        for variant, points in curves.items():
+            axis.plot(*zip(*points), marker="o", markersize=3, label=variant,
+                      linewidth=2.4 if variant == "kernel" else 1, color="black" if variant == "kernel" else None)
+        axis.set_xticks(range(len(labels)), labels, rotation=45, ha="right", fontsize=7)
+        axis.set_title(family)
+        axis.set_ylim(bottom=0)
+        axis.legend(fontsize=7)
+    figure.tight_layout()
+    figure.savefig(path)
+
+
+def machine_name():
+    for text in open("/proc/cpuinfo", encoding="utf-8"):
+        if text.startswith("model name"):
+            return text.split(":")[1].strip()
+    return "unknown processor"
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
+    parser.add_argument("program")
+    parser.add_argument("--families", default="", help="only lines that match this expression")
+    parser.add_argument("--repetitions", type=int, default=9)
+    parser.add_argument("--threads", type=int, default=1, help="threads of the BLAS")
+    parser.add_argument("--json", help="write the rates to this file")
+    parser.add_argument("--markdown", help="write the table to this file")
+    parser.add_argument("--svg", help="draw the curves into this file")
+    arguments = parser.parse_args()
+
+    targets = read_targets()
+    lines = list_lines(arguments.program, arguments.families)
+    unknown = [line for line in targets if not arguments.families and line not in lines]
+    if unknown:
+        sys.exit(f"targets without a line: {', '.join(unknown)}")
+
+    results = collections.OrderedDict()
+    rows, reached, wanted = [], 0, 0
+    print_row(HEADER)
+    for line in lines:
+        results[line] = measure(arguments.program, line, arguments.repetitions, arguments.threads)
+        row, good = describe(line, results[line], targets)
+        print_row(row)
+        rows.append(row)
+        wanted += line in targets
+        reached += line in targets and good
+    print(f"\n{reached} of {wanted} lines with a target reach all of it ({machine_name()}, "
+          f"BLAS threads: {arguments.threads})")
+    if arguments.json:
+        with open(arguments.json, "w", encoding="utf-8") as out:
+            json.dump(results, out, indent=1)
+    if arguments.markdown:
+        write_markdown(arguments.markdown, rows, machine_name())
+    if arguments.svg:
+        draw(arguments.svg, results)
+
+
+main()
