@@ -46,7 +46,7 @@ def measure(program, line, repetitions, threads):
         [program, f"--threads={threads}", f"--benchmark_filter=^{line}/", "--benchmark_min_time=0.01",
          f"--benchmark_repetitions={repetitions}", "--benchmark_enable_random_interleaving=true",
          "--benchmark_format=json"],
-        check=True, capture_output=True, text=True).stdout
+        check=True, capture_output=True, text=True, env=os.environ | {"OMP_NUM_THREADS": "1"}).stdout
     rates = {}
     for run in json.loads(output)["benchmarks"]:
         if run["run_type"] == "iteration":

@@ -72,7 +72,9 @@ std::uint64_t workload(std::uint64_t seed, Lookup lookup)
     ROUTINE(blac_dpotrf_);
 
     Data data{std::mt19937_64(seed)};
-    const int n = 40 + static_cast<int>(seed % 30), nb = 8 + static_cast<int>(seed % 9);
+    // Mostly small; now and then large enough for the BLAS to use its threads.
+    const int n = seed % 16 == 3 ? 250 : 40 + static_cast<int>(seed % 30),
+              nb = 8 + static_cast<int>(seed % 9);
     const double tol = 1e-10, one = 1.0;
     Vector d(static_cast<std::size_t>(n)), dinv(d), dcorr(d), tols(d.size(), 1e-10), reg(d.size(), 1.0);
     const std::vector<int> negpiv(d.size());
