@@ -15,6 +15,20 @@ struct CompressedRows
     const real* value;
 };
 
+/// Entries lie far apart in time from one another where the matrix is larger than the cache: asks for those
+/// that come Ahead entries after start..end-1. A prefetch cannot fault, wherever the row pointers lead.
+BLA_BODY void prefetch_entries(const CompressedRows& a, int64_t start, int64_t end)
+{
+    constexpr int64_t Ahead = 512, Line = 64;
+    for (int64_t p = start + Ahead; p < end + Ahead; p += Line / sizeof *a.value)
+        __builtin_prefetch(a.value + p);
+    for (int64_t p = start + Ahead; p < end + Ahead; p += Line / sizeof *a.column)
+        __builtin_prefetch(a.column + p);
+}
+
+/// Two doubles in a register.
+typedef double pair __attribute__((vector_size(16)));
+
 /// A number that the compiler knows.
 template <int N>
 struct Width

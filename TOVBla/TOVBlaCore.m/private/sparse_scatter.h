@@ -3,6 +3,9 @@
 
 #include "sparse.h"
 
+/// Two neighbouring elements of a caller's array.
+typedef double pair_in_memory __attribute__((vector_size(16), aligned(1), may_alias));
+
 /// Y := Σ (row row_of(s) of A)ᵀ·(row s of X) over s = 0..count-1, A by rows with n columns, X count×nrhs,
 /// Y n×nrhs. An element of Y sums its products in the order of s and then of storage.
 ///
@@ -23,14 +26,25 @@ BLA_BODY void scatter_rows(const CompressedRows& a, const real* x, int64_t count
             int64_t p = a.start[row];
             if (p >= end)
                 continue;
+            prefetch_entries(a, p, end);
             double xs[W];
-            for (int64_t c = 0; c < W; ++c)
+            for (int c = 0; c < W; ++c)
                 xs[c] = x[s + (k + c) * count];
             for (; p < end; ++p) {
-                const double value = a.value[p];
-                real* const yp = y + k * n + a.column[p];
-                for (int64_t c = 0; c < W; ++c)
-                    yp[c * n] = (value * xs[c] + 0.0) + yp[c * n];
+                const int64_t j = a.column[p];
+                real* const yj = y + k * n + j;
+                if (p + 1 < end && a.column[p + 1] == j + 1) { // two entries that meet neighbours in Y
+                    const pair values = {a.value[p], a.value[p + 1]};
+                    for (int c = 0; c < W; ++c) {
+                        pair_in_memory& yc = *reinterpret_cast<pair_in_memory*>(yj + c * n);
+                        yc = (values * pair{xs[c], xs[c]} + 0.0) + yc;
+                    }
+                    ++p;
+                } else {
+                    const double value = a.value[p];
+                    for (int c = 0; c < W; ++c)
+                        yj[c * n] = (value * xs[c] + 0.0) + yj[c * n];
+                }
             }
         }
     });

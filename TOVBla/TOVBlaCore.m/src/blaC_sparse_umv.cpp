@@ -1,24 +1,77 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Y := A·X, A m×n by compressed rows: y(i,k) is the sum of a(p)·x(ja(p),k) over the entries p of row i, from
 // +0 on and in storage order, each product rounded.
+//
+// A register holds two sums: those of two columns, or with one or two columns those of two rows, because a
+// single row would wait for each addition.
 #include "TOVBlaModule.h"
 
 #include "sparse.h"
 
+/// Adds the products of the entries start..end-1 to the sums of Columns columns.
+template <int Columns>
+static void add_entries(const CompressedRows& a, int64_t start, int64_t end, const real* x, int64_t n,
+                        double (&sum)[Columns])
+{
+    constexpr int Pairs = (Columns + 1) / 2; // an odd last column stands in both halves
+    pair sums[Pairs];
+    for (int c = 0; c < Pairs; ++c)
+        sums[c] = pair{sum[2 * c], sum[2 * c + 1 < Columns ? 2 * c + 1 : 2 * c]};
+    for (int64_t p = start; p < end; ++p) {
+        const double value = a.value[p];
+        const real* const xp = x + a.column[p];
+        for (int c = 0; c < Pairs; ++c)
+            sums[c] +=
+                pair{value, value} * pair{xp[2 * c * n], xp[(2 * c + 1 < Columns ? 2 * c + 1 : 2 * c) * n]};
+    }
+    for (int c = 0; c < Columns; ++c)
+        sum[c] = sums[c / 2][c % 2];
+}
+
+/// The rows i and i+1: side by side as far as both go, then each to its end.
+template <int Columns>
+static void multiply_two_rows(const CompressedRows& a, int64_t i, const real* x, int64_t n, real* y,
+                              int64_t m)
+{
+    int64_t p = a.start[i], q = a.start[i + 1];
+    const int64_t p_end = q, q_end = a.start[i + 2];
+    pair sums[Columns] = {};
+    for (; p < p_end && q < q_end; ++p, ++q)
+        for (int c = 0; c < Columns; ++c)
+            sums[c] += pair{a.value[p], a.value[q]} * pair{x[a.column[p] + c * n], x[a.column[q] + c * n]};
+    double upper[Columns], lower[Columns];
+    for (int c = 0; c < Columns; ++c) {
+        upper[c] = sums[c][0];
+        lower[c] = sums[c][1];
+    }
+    add_entries(a, p, p_end, x, n, upper);
+    add_entries(a, q, q_end, x, n, lower);
+    for (int c = 0; c < Columns; ++c) {
+        y[i + c * m] = upper[c];
+        y[i + 1 + c * m] = lower[c];
+    }
+}
+
 BLA_EXPORT void blac_sparse_umv_(const real* a, const real* x, const integer* ia, const integer* ja, real* y,
                                  const int* m, const int* n, const int* nrhs)
 {
+    const CompressedRows matrix{ia, ja, a};
     const int64_t rows = *m, columns = *n;
     for_column_blocks(*nrhs, [=]<int W>(Width<W>, int64_t k) {
         const real* const xk = x + k * columns;
         real* const yk = y + k * rows;
-        for (int64_t i = 0; i < rows; ++i) {
+        int64_t i = 0;
+        if (W <= 2)
+            for (; i + 2 <= rows; i += 2) {
+                prefetch_entries(matrix, ia[i], ia[i + 2]);
+                multiply_two_rows<W>(matrix, i, xk, columns, yk, rows);
+            }
+        for (; i < rows; ++i) {
             double sum[W] = {};
-            for (int64_t p = ia[i], end = ia[i + 1]; p < end; ++p)
-                for (int64_t c = 0; c < W; ++c)
-                    sum[c] = sum[c] + a[p] * xk[c * columns + ja[p]];
-            for (int64_t c = 0; c < W; ++c)
-                yk[c * rows + i] = sum[c];
+            prefetch_entries(matrix, ia[i], ia[i + 1]);
+            add_entries(matrix, ia[i], ia[i + 1], xk, columns, sum);
+            for (int c = 0; c < W; ++c)
+                yk[i + c * rows] = sum[c];
         }
     });
 }
