@@ -57,11 +57,14 @@ std::array<double, displacements * displacements> elementStiffness(const BeamMes
     }
 
     double panel[shapes * modes], d[modes], dinv[modes];
-    std::array<double, displacements * displacements> k{};
-    for (int j = 0; j < shapes; ++j)
+    for (int j = 0; j < modes; ++j)
         for (int i = j; i < shapes; ++i)
-            (j < modes ? panel[i + shapes * j] : k[(i - modes) + displacements * (j - modes)]) = full[i][j];
+            panel[i + shapes * j] = full[i][j];
+    std::array<double, displacements * displacements> k{};
     eliminateSymmetric({}, modes, displacements, panel, k.data(), {d, dinv, nullptr, nullptr});
+    for (int j = 0; j < displacements; ++j)
+        for (int i = j; i < displacements; ++i)
+            k[i + displacements * j] += full[modes + i][modes + j];
     return k;
 }
 

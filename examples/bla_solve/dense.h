@@ -33,18 +33,68 @@ inline void subtractScaledProduct(int m, int n, int k, const double* a, int lda,
     blac_dgemm_scaled2_(&no, &yes, &m, &n, &k, &minus, a, &lda, b, &ldb, &one, c, &ldc, d);
 }
 
-// lower triangle of C := C - A*diag(d)*A^T, C of order n, in column blocks of width nb
-inline void subtractScaledSquare(int nb, int n, int k, const double* a, int lda, double* c, int ldc,
+// lower triangle of C := -A*diag(d)*A^T, C of order n, in column blocks of width nb
+inline void negativeScaledSquare(int nb, int n, int k, const double* a, int lda, double* c, int ldc,
                                  const double* d)
 {
-    const double minus = -1.0, one = 1.0;
-    blac_dsyrk_scaled_(&nb, &n, &k, &minus, a, &lda, a, &lda, &one, c, &ldc, d);
+    const double minus = -1.0, zero = 0.0;
+    blac_dsyrk_scaled_(&nb, &n, &k, &minus, a, &lda, a, &lda, &zero, c, &ldc, d);
 }
 
 // A := diag(d)*A, A of m rows and n columns
 inline void scaleRows(int m, int n, double* a, int lda, const double* d)
 {
     blac_scale2_(&m, &n, a, &lda, d);
+}
+
+// A := A + B, both of m rows and n columns
+inline void addRectangle(int m, int n, double* a, int lda, const double* b, int ldb)
+{
+    blac_addrectblock_(&m, &n, a, &lda, b, &ldb);
+}
+
+// lower triangle of A := A + B, both of order n
+inline void addTriangle(int n, double* a, int lda, const double* b, int ldb)
+{
+    blac_addtriblock_(&n, a, &lda, b, &ldb);
+}
+
+// T := T^-1, T upper triangular of order n with unit diagonal
+inline void invertUpperUnit(int n, double* t, int ldt)
+{
+    int info;
+    blac_dtrtri_("U", "U", &n, t, &ldt, &info);
+}
+
+// B := B*T, T upper triangular of order n with unit diagonal, B of m rows
+inline void multiplyByUpperUnit(int m, int n, const double* t, int ldt, double* b, int ldb)
+{
+    const double one = 1.0;
+    blac_dtrmm_("R", "U", "N", "U", &m, &n, &one, t, &ldt, b, &ldb);
+}
+
+// Products and solves with one column, the common case of a solution, go to the routines for vectors.
+// C := beta*C + alpha*op(A)*B, A of m rows and n columns
+inline void multiplyColumns(char trans, int m, int n, int columns, double alpha, const double* a, int lda,
+                            const double* b, int ldb, double beta, double* c, int ldc)
+{
+    const int one = 1;
+    if (columns == 1)
+        blac_dgemv_(&trans, &m, &n, &alpha, a, &lda, b, &one, &beta, c, &one);
+    else
+        gemm(trans, 'N', trans == 'N' ? m : n, columns, trans == 'N' ? n : m, alpha, a, lda, b, ldb, beta, c,
+             ldc);
+}
+
+// B := op(T)^-1 * B, T triangular of order n
+inline void solveColumns(char uplo, char trans, char diag, int n, int columns, const double* t, int ldt,
+                         double* b, int ldb)
+{
+    const int one = 1;
+    if (columns == 1)
+        blac_dtrsv_(&uplo, &trans, &diag, &n, t, &ldt, b, &one);
+    else
+        trsm('L', uplo, trans, diag, n, columns, t, ldt, b, ldb);
 }
 
 } // namespace dense

@@ -10,6 +10,9 @@ struct FrontStorage
     double *panel, *right, *schur;
 };
 
-// `local[row]` is the position in the parent's front of every row of the child's.
-void extendAdd(const FrontStorage& parent, const int* local, const int* rows, int count,
+// What takes part in the elimination is added before it, the rest may as well come afterwards.
+enum class Part { factor, schur };
+
+// `local[row]` is the position in the parent's front of every row of it; `rows` are those of the child.
+void extendAdd(Part part, const FrontStorage& parent, const int* local, const int* rows, int count,
                const double* contribution);

@@ -7,9 +7,8 @@
 
 Factor::Factor(const Analysis& analysis, const SparseMatrix& a, const PivotRule& rule,
                const Progress& progress)
-    : analysis_(analysis), symmetric_(a.symmetric), panels_(new double[analysis.panelEntries]),
-      rights_(symmetric_ ? nullptr : new double[analysis.rightEntries]), d_(analysis.n), dinv_(analysis.n),
-      local_(analysis.n)
+    : analysis_(analysis), symmetric_(a.symmetric), panels_(analysis.panelEntries),
+      rights_(symmetric_ ? 0 : analysis.rightEntries), d_(analysis.n), dinv_(analysis.n), local_(analysis.n)
 {
     const SparseMatrix columns = symmetric_ ? SparseMatrix() : transposed(a);
     // A tiny pivot keeps the side of zero on which its diagonal entry lay; one that started at zero goes
@@ -23,8 +22,8 @@ Factor::Factor(const Analysis& analysis, const SparseMatrix& a, const PivotRule&
                 negative[k] = a.value[p] < 0.0;
     }
 
-    const std::unique_ptr<double[]> stack[2] = {std::unique_ptr<double[]>(new double[analysis.stack[0]]),
-                                                std::unique_ptr<double[]>(new double[analysis.stack[1]])};
+    const Workspace even(analysis.stack[0]), odd(analysis.stack[1]);
+    double* const stack[2] = {even.get(), odd.get()};
     std::vector<int> waiting[2]; // fronts whose contributions lie on each stack
     std::int64_t used[2] = {0, 0};
     double done = 0.0;
@@ -32,17 +31,19 @@ Factor::Factor(const Analysis& analysis, const SparseMatrix& a, const PivotRule&
         const Front& front = analysis.fronts[f];
         const int parity = front.depth % 2;
         const FrontStorage storage =
-            assemble(front, a, symmetric_ ? a : columns, stack[parity].get() + used[parity]);
+            assemble(front, a, symmetric_ ? a : columns, stack[parity] + used[parity]);
 
-        std::vector<int>& children = waiting[1 - parity];
-        while (!children.empty() && analysis.fronts[children.back()].parent == f) {
-            const Front& child = analysis.fronts[children.back()];
-            used[1 - parity] -= static_cast<std::int64_t>(child.rest()) * child.rest();
-            extendAdd(storage, local_.data(), analysis.rowsOf(child) + child.pivots, child.rest(),
-                      stack[1 - parity].get() + used[1 - parity]);
-            children.pop_back();
-        }
-
+        const auto addChildren = [&](Part part) {
+            const double* top = stack[1 - parity] + used[1 - parity];
+            for (auto child = waiting[1 - parity].rbegin(); child != waiting[1 - parity].rend(); ++child) {
+                const Front& c = analysis.fronts[*child];
+                if (c.parent != f)
+                    break;
+                top -= static_cast<std::int64_t>(c.rest()) * c.rest();
+                extendAdd(part, storage, local_.data(), analysis.rowsOf(c) + c.pivots, c.rest(), top);
+            }
+        };
+        addChildren(Part::factor);
         const Pivots pivots{d_.data() + front.first, dinv_.data() + front.first,
                             negative.data() + front.first, correction.data() + front.first};
         if (symmetric_)
@@ -50,6 +51,12 @@ Factor::Factor(const Analysis& analysis, const SparseMatrix& a, const PivotRule&
         else
             eliminateUnsymmetric(rule, front.pivots, front.rest(), storage.panel, storage.right,
                                  storage.schur, pivots);
+        addChildren(Part::schur);
+        std::vector<int>& children = waiting[1 - parity];
+        for (; !children.empty() && analysis.fronts[children.back()].parent == f; children.pop_back()) {
+            const std::int64_t rest = analysis.fronts[children.back()].rest();
+            used[1 - parity] -= rest * rest;
+        }
         if (front.parent >= 0) {
             used[parity] += static_cast<std::int64_t>(front.rest()) * front.rest();
             waiting[parity].push_back(f);
@@ -71,8 +78,8 @@ FrontStorage Factor::assemble(const Front& front, const SparseMatrix& a, const S
     const int rest = front.rest();
     const FrontStorage storage{front.pivots, rest, panels_.get() + front.panel,
                                symmetric_ ? nullptr : rights_.get() + front.right, schur};
+
     std::fill_n(storage.panel, static_cast<std::int64_t>(front.order) * front.pivots, 0.0);
-    std::fill_n(schur, static_cast<std::int64_t>(rest) * rest, 0.0);
     if (!symmetric_)
         std::fill_n(storage.right, static_cast<std::int64_t>(rest) * front.pivots, 0.0);
 
@@ -132,12 +139,12 @@ void Factor::forward(const Front& f, Vectors& y, std::vector<double>& work) cons
 {
     const double* panel = panels_.get() + f.panel;
     double* own = y.value.data() + f.first;
-    dense::trsm('L', 'L', 'N', 'N', f.pivots, y.columns, panel, f.order, own, y.n);
+    dense::solveColumns('L', 'N', 'N', f.pivots, y.columns, panel, f.order, own, y.n);
     const int rest = f.rest();
     if (rest == 0)
         return;
-    dense::gemm('N', 'N', rest, y.columns, f.pivots, 1.0, panel + f.pivots, f.order, own, y.n, 0.0,
-                work.data(), rest);
+    dense::multiplyColumns('N', rest, f.pivots, y.columns, 1.0, panel + f.pivots, f.order, own, y.n, 0.0,
+                           work.data(), rest);
     const int* rows = analysis_.rowsOf(f) + f.pivots;
     for (int j = 0; j < y.columns; ++j)
         for (int i = 0; i < rest; ++i)
@@ -158,13 +165,13 @@ void Factor::backward(const Front& f, Vectors& y, std::vector<double>& work) con
     if (symmetric_) {
         dense::scaleRows(f.pivots, y.columns, own, y.n, d_.data() + f.first);
         if (rest > 0)
-            dense::gemm('T', 'N', f.pivots, y.columns, rest, -1.0, panel + f.pivots, f.order, work.data(),
-                        rest, 1.0, own, y.n);
-        dense::trsm('L', 'L', 'T', 'N', f.pivots, y.columns, panel, f.order, own, y.n);
+            dense::multiplyColumns('T', rest, f.pivots, y.columns, -1.0, panel + f.pivots, f.order,
+                                   work.data(), rest, 1.0, own, y.n);
+        dense::solveColumns('L', 'T', 'N', f.pivots, y.columns, panel, f.order, own, y.n);
     } else {
         if (rest > 0)
-            dense::gemm('N', 'N', f.pivots, y.columns, rest, -1.0, rights_.get() + f.right, f.pivots,
-                        work.data(), rest, 1.0, own, y.n);
-        dense::trsm('L', 'U', 'N', 'U', f.pivots, y.columns, panel, f.order, own, y.n);
+            dense::multiplyColumns('N', f.pivots, rest, y.columns, -1.0, rights_.get() + f.right, f.pivots,
+                                   work.data(), rest, 1.0, own, y.n);
+        dense::solveColumns('U', 'N', 'U', f.pivots, y.columns, panel, f.order, own, y.n);
     }
 }

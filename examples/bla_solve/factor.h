@@ -5,9 +5,9 @@
 #include "analysis.h"
 #include "extend_add.h"
 #include "front.h"
+#include "workspace.h"
 
 #include <functional>
-#include <memory>
 
 // Called now and then with the share of the work that is done.
 using Progress = std::function<void(double)>;
@@ -37,7 +37,7 @@ private:
 
     const Analysis& analysis_;
     bool symmetric_;
-    std::unique_ptr<double[]> panels_, rights_;
+    Workspace panels_, rights_;
     std::vector<double> d_, dinv_;
     std::vector<int> local_; // position of a row in the front being assembled
     int positive_ = 0, negative_ = 0, treated_ = 0;

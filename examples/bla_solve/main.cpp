@@ -15,6 +15,7 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
+#include <new>
 #include <random>
 #include <unistd.h>
 
@@ -226,6 +227,9 @@ int main(int argc, char** argv)
     } catch (const InputError& error) {
         std::fprintf(stderr, "bla_solve: %s\n", error.what());
         return 2;
+    } catch (const std::bad_alloc&) {
+        std::fprintf(stderr, "bla_solve: not enough memory\n");
+        return 1;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "bla_solve: %s\n", error.what());
         return 1;
