@@ -66,21 +66,32 @@ BLA_BODY void transpose_tile(bool add, const real* s, int64_t s_step, real* d, i
     }
 }
 
+BLA_BODY int64_t smaller(int64_t a, int64_t b)
+{
+    return a < b ? a : b;
+}
+
 /// The m×n matrix D := Sᵀ, or D + Sᵀ if `add` (a constant); S is n×m and does not overlap D.
 template <int Lanes>
 BLA_BODY void transpose(bool add, int64_t m, int64_t n, const real* s, int64_t s_step, real* d,
                         int64_t d_step)
 {
-    if (m < 1)
+    if (m < 1 || n < 1)
         return;
-    const int64_t tiled_m = m - m % TileOrder, tiled_n = n < 1 ? 0 : n - n % TileOrder;
-    for (int64_t band = 0; band < tiled_n; band += BandColumns)
-        for (int64_t rows = 0; rows < tiled_m; rows += BandRows)
-            for (int64_t j = band; j < tiled_n && j < band + BandColumns; j += TileOrder)
-                for (int64_t i = rows; i < tiled_m && i < rows + BandRows; i += TileOrder)
+    const int64_t tiled_m = m - m % TileOrder, tiled_n = n - n % TileOrder;
+    for (int64_t band = 0; band < tiled_n; band += BandColumns) {
+        const int64_t band_end = smaller(band + BandColumns, tiled_n);
+        for (int64_t rows = 0; rows < tiled_m; rows += BandRows) {
+            const int64_t rows_end = smaller(rows + BandRows, tiled_m);
+            for (int64_t j = band; j < band_end; j += TileOrder)
+                for (int64_t i = rows; i < rows_end; i += TileOrder)
                     transpose_tile<Lanes>(add, s + i * s_step + j, s_step, d + j * d_step + i, d_step);
-
-    for (int64_t j = 0; j < n; ++j) // the rows below the tiles, and the columns right of them in full
-        for (int64_t i = j < tiled_n ? tiled_m : 0; i < m; ++i)
+        }
+    }
+    for (int64_t i = tiled_m; i < m; ++i) // the rows below the tiles
+        for (int64_t j = 0; j < tiled_n; ++j)
+            put(add, d + j * d_step + i, s[i * s_step + j]);
+    for (int64_t j = tiled_n; j < n; ++j) // the columns right of them
+        for (int64_t i = 0; i < m; ++i)
             put(add, d + j * d_step + i, s[i * s_step + j]);
 }

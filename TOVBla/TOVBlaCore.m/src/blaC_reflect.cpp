@@ -11,7 +11,7 @@ BLA_TIERS_VA(blac_reflect_, (const char* uplo, const int* n, real* a, const int*
         return;
     const int64_t order = *n, step = *lda;
     for (int64_t j = 0; j < order; j += BandColumns) { // bands of destination columns
-        const int64_t width = order - j < BandColumns ? order - j : BandColumns, rest = order - j - width;
+        const int64_t width = smaller(BandColumns, order - j), rest = order - j - width;
         real* const diagonal = a + j * step + j;
         if (lower) // what lies above the diagonal block; else what lies below it
             transpose<Lanes>(false, j, width, a + j, step, a + j * step, step);
