@@ -150,6 +150,11 @@ public:
     }
 };
 
+// Rows of a matrix in which the seventh column, inside a block of eight, and the ninth, behind it, start
+// beyond 2³¹ elements.
+constexpr int Tall = 358000000;
+static_assert(std::int64_t{6} * Tall > std::int64_t{1} << 31);
+
 TEST(SparseUmv, GivesTheBitsOfTheColumnByColumnLoopForOneTo25Columns)
 {
     sweep_matrices(
@@ -243,28 +248,25 @@ TEST(SparseUmv, DropsNoProductWithZero)
 
 TEST(SparseUmv, AddressesXBeyondTwoToThe31Elements)
 {
-    const int m = 1, n = (1 << 30) + 5, nrhs = 3;
-    const Untouched space(std::int64_t{n} * nrhs, sizeof(double));
-    if (!space)
-        GTEST_SKIP() << "no address space";
-    double* const x = space.reals();
-    for (std::int64_t k = 0; k < nrhs; ++k) {
-        x[k * n] = static_cast<double>(k + 1);
-        x[k * n + n - 1] = 10.0 * static_cast<double>(k + 1);
-    }
-    const int ia[] = {0, 2}, ja[] = {0, n - 1};
+    const int m = 1, n = Tall, nrhs = 9, ia[] = {0, 2}, ja[] = {0, n - 1};
     const double a[] = {1.0, 1.0};
-    double y[3] = {};
-    blac_sparse_umv_(a, x, ia, ja, y, &m, &n, &nrhs);
-    EXPECT_EQ(y[0], 11.0);
-    EXPECT_EQ(y[1], 22.0);
-    EXPECT_EQ(y[2], 33.0);
+    const Untouched x(std::int64_t{n} * nrhs, sizeof(double));
+    if (!x)
+        GTEST_SKIP() << "no address space";
+    for (std::int64_t k = 0; k < nrhs; ++k) {
+        x.reals()[k * n] = static_cast<double>(k);
+        x.reals()[k * n + n - 1] = 10.0 * static_cast<double>(k);
+    }
+    double y[nrhs] = {};
+    blac_sparse_umv_(a, x.reals(), ia, ja, y, &m, &n, &nrhs);
+    for (int k = 0; k < nrhs; ++k)
+        EXPECT_EQ(y[k], 11.0 * k);
 }
 
 TEST(SparseUmv, AddressesYBeyondTwoToThe31Elements)
 {
     // All rows are empty but the last.
-    const int m = (1 << 28) + 3, n = 1, nrhs = 9, ja[] = {0};
+    const int m = Tall, n = 1, nrhs = 9, ja[] = {0};
     const double a[] = {2.0}, x[] = {1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 7.0, 8.0, 9.0};
     const Repeated y(std::int64_t{m} * nrhs);
     const Untouched ia(std::int64_t{m} + 1, sizeof(int));
@@ -326,12 +328,13 @@ TEST(SparseUmtv, ClearsYToPlusZeroWhenThereAreNoRows)
 
 TEST(SparseUmtv, LeavesYUntouchedForNoColumnsOfX)
 {
-    for (int nrhs : {0, -1, -8}) {
-        const int m = 3, n = 2;
-        double* nowhere = nullptr; // reading or writing anything would fault
-        blac_sparse_umtv_(nowhere, nowhere, nullptr, nullptr, nowhere, &m, &n, &nrhs);
-        blac_sparse_sparse_umtv_(nowhere, nowhere, nullptr, nullptr, nowhere, &m, &n, &nrhs, nullptr);
-    }
+    for (int nrhs : {0, -1, -8})
+        for (int n : {2, 0, -2}) {
+            const int m = 3;
+            double* nowhere = nullptr; // reading or writing anything would fault
+            blac_sparse_umtv_(nowhere, nowhere, nullptr, nullptr, nowhere, &m, &n, &nrhs);
+            blac_sparse_sparse_umtv_(nowhere, nowhere, nullptr, nullptr, nowhere, &m, &n, &nrhs, nullptr);
+        }
 }
 
 TEST(SparseUmtv, GivesPlusZeroForAColumnWithoutEntries)
@@ -350,7 +353,15 @@ TEST(SparseUmtv, GivesPlusZeroForAColumnWithoutEntries)
 
 TEST(SparseUmtv, ReadsNoXForAnEmptyRow)
 {
-    // Rows 0 and 2 are empty (2 by a decreasing pointer); their X elements are NaN and reach nothing.
+    const int m = 3, n = 2, nrhs = 9, ia[] = {4, 4, 3, 3}, list[] = {0, 1, 2};
+    double full[18], listed[18];
+    blac_sparse_umtv_(nullptr, nullptr, ia, nullptr, full, &m, &n, &nrhs);
+    blac_sparse_sparse_umtv_(nullptr, nullptr, ia, nullptr, listed, &m, &n, &nrhs, list);
+    for (int i = 0; i < 18; ++i) {
+        EXPECT_EQ(bits(full[i]), bits(0.0));
+        EXPECT_EQ(bits(listed[i]), bits(0.0));
+    }
+    // Rows 0 and 2 are empty, 2 by a decreasing pointer.
     EXPECT_EQ(umtv({{1, 1, 3, 2}, {9, 0, 1}, {9.0, 2.0, 3.0}}, 2, {NAN, 10.0, NAN}),
               (std::vector<double>{20.0, 30.0}));
 }
@@ -486,16 +497,19 @@ TEST(SparseUmtv, AddressesXBeyondTwoToThe31Elements)
 
 TEST(SparseUmtv, AddressesYBeyondTwoToThe31Elements)
 {
-    const int m = 1, n = (1 << 30) + 5, nrhs = 3, ia[] = {0, 1}, ja[] = {n - 1};
-    const double a[] = {2.0}, x[] = {1.0, 2.0, 3.0};
+    const int m = 1, n = Tall, nrhs = 9, ia[] = {0, 3}, ja[] = {n - 1, n - 3, n - 2}; // alone, and a pair
+    const double a[] = {2.0, 3.0, 4.0}, x[] = {1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 7.0, 8.0, 9.0};
     const Repeated y(std::int64_t{n} * nrhs);
     if (!y)
         GTEST_SKIP() << "no address space";
     for (std::int64_t i = 0; i < Repeated::Window; ++i)
         y.reals()[i] = -1.0;
     blac_sparse_umtv_(a, x, ia, ja, y.reals(), &m, &n, &nrhs);
-    for (std::int64_t k = 0; k < nrhs; ++k)
+    for (std::int64_t k = 0; k < nrhs; ++k) {
         EXPECT_EQ(y.reals()[k * n + n - 1], 2.0 * static_cast<double>(k + 1));
+        EXPECT_EQ(y.reals()[k * n + n - 2], 4.0 * static_cast<double>(k + 1));
+        EXPECT_EQ(y.reals()[k * n + n - 3], 3.0 * static_cast<double>(k + 1));
+    }
     EXPECT_EQ(y.reals()[0], 0.0);
 }
 
