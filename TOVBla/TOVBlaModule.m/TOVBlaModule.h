@@ -131,6 +131,19 @@ extern "C" {
  * on by address. The hidden length of every option character is passed on as 1, whatever the caller gave:
  * only its first character counts. Argument errors are reported by the library's error handler under the
  * library's name.
+ *
+ * **Shapes.** A matrix `a` comes with its leading dimension `lda` and is [lda × columns as stored], lda being
+ * at least its rows as stored. A packed matrix (`ap`) is one triangle, column by column: [n·(n+1)/2]. A
+ * vector `x` with an increment is [1 + (n-1)·|incx|]; with a negative increment it is walked from its far
+ * end. `const` arguments are in; the others are out, or in/out where the formula reads them.
+ *
+ * **Options.** op(A) is A, Aᵀ or Aᴴ for trans 'N', 'T', 'C'. uplo 'U' or 'L' names the triangle that is used;
+ * the other is not touched. side 'L' or 'R': the side on which A or op(A) stands. diag 'U': the diagonal is
+ * taken as 1 and not read.
+ *
+ * **Edges.** Whether a zero alpha or beta keeps an operand from being read, NaN and all, and what a count of
+ * 0 does, is up to the library beneath; as a rule nothing is read, and nothing done. Negative counts and
+ * leading dimensions that are too small are argument errors.
  * @{
  */
 
@@ -199,6 +212,11 @@ void blac_zswap_(const int* n, blac_complex* x, const int* incx, blac_complex* y
  * Libraries return complex values in registers or through a hidden first argument; both give the same here.
  * Which one it is shows in a trial call, made by the first call in the process.
  * @param result out: where Fortran callers of this module pass the address of a complex function's result
+ * @param n      number of elements
+ * @param zx     first vector, conjugated, in
+ * @param incx   its increment
+ * @param zy     second vector, in
+ * @param incy   its increment
  */
 void blac_zdotc_(blac_complex* result, const int* n, const blac_complex* zx, const int* incx,
                  const blac_complex* zy, const int* incy);
@@ -211,6 +229,7 @@ void blac_zdotc_(blac_complex* result, const int* n, const blac_complex* zx, con
  * through a hidden first argument the arguments stand at the wrong place: do not call it there. Use
  * blac_zgemv_ for the product.
  * @param result out, as in blac_zdotc_
+ * @param n, zx, incx, zy, incy as in blac_zdotc_
  */
 void blac_zdotu_(blac_complex* result, const int* n, const blac_complex* zx, const int* incx,
                  const blac_complex* zy, const int* incy);
@@ -388,6 +407,11 @@ void blac_xerbla_(const char* srname, const int* info);
  * arguments in the same order, hidden lengths of 1. The library's own manual describes the arguments;
  * logicals are passed as `int`. Arrays that the library changes for the duration of a call, and restores, are
  * not const. Status comes back in info, as the library sets it.
+ *
+ * **Shapes and options** are those of the BLAS group. Work arrays are [lwork], or as the library's manual
+ * says; lwork = -1 asks for the best length, which comes back in work[0]. Pivots ipiv count rows from 1. info
+ * is 0 for success, -i if argument i was bad, and positive where the computation could not be carried
+ * through.
  * @{
  */
 
@@ -763,6 +787,8 @@ void blac_dladiv_(const double* a, const double* b, const double* c, const doubl
  *
  * Complex results as in blac_zdotc_; the LAPACK library is tried by itself, for it need not be the BLAS.
  * @param result out, as in blac_zdotc_
+ * @param x      numerator, in
+ * @param y      denominator, in
  */
 void blac_zladiv_(blac_complex* result, const blac_complex* x, const blac_complex* y);
 
@@ -1303,6 +1329,17 @@ void blac_dsyrk_scaled2_(const int* nb, const int* n, const int* k, const double
  * **Order of operations.** Pivots are taken in the order of the columns; each element receives, per pivot,
  * one rounded product of the unscaled column element and the rounded multiplier, subtracted at once.
  * Multipliers are products with the rounded reciprocal, never quotients.
+ *
+ * @par Symmetric, worked
+ * @snippet eliminations.cpp symmetric
+ * @par In panels
+ * @snippet eliminations.cpp panels
+ * @par Unsymmetric
+ * @snippet eliminations.cpp unsymmetric
+ * @par A tiny pivot, replaced
+ * @snippet eliminations.cpp tiny
+ * @par A tiny pivot, shifted
+ * @snippet eliminations.cpp regularised
  * @{
  */
 

@@ -60,5 +60,17 @@ gfortran -J "$scratch" -o "$scratch/f_consumer2" "$prefix/include/tovbla.f90" "$
     $(pkg-config --libs zeftovblamodule)
 "$scratch/f_consumer2"
 
+echo "== the manual's first page"
+"$here/run_manual.sh" "$source/docs/getting-started.md"
+
+if [ -e "$build/manual/done" ]; then
+    echo "== a man page for every routine, the HTML manual"
+    for name in $(sed -n 's/^ *\([A-Za-z]\w*\);.*/\1/p' "$source/cmake/exports.map"); do
+        [ -e "$prefix/share/man/man3/$name.3" ] || fail "no man page $name(3)"
+    done
+    [ -z "$(man --warnings -l "$prefix/share/man/man3/bla_elimination.3" 2>&1 >/dev/null)" ] || fail "troff warnings"
+    [ -e "$prefix/share/doc/ZEFTOVBlaModule/html/index.html" ] || fail "no HTML manual"
+fi
+
 echo "== bla_solve, without help from the environment"
 (unset LD_LIBRARY_PATH && cd "$scratch" && "$prefix/bin/bla_solve" --mesh 4x2x2 --no-vtk)

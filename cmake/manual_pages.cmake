@@ -1,0 +1,30 @@
+# SPDX-License-Identifier: BSD-3-Clause
+# cmake -DPAGES=directory -P manual_pages.cmake
+# Names the generated man pages as a system wants them: the page of a family gets the prefix bla_, the links
+# of its routines follow, and pages that are no family's go.
+file(GLOB pages ${PAGES}/*.3)
+foreach(page ${pages})
+    file(READ ${page} text)
+    get_filename_component(name ${page} NAME_WE)
+    if(text MATCHES "^\\.so man3/([a-z_]+)\\.3")
+        string(REGEX REPLACE "^\\.so man3/" ".so man3/bla_" text "${text}")
+        file(WRITE ${page} "${text}")
+    elseif(text MATCHES "\n\\.SH NAME\n${name} \\\\- " AND NOT name MATCHES "^(TOVBlaModule|md_)")
+        string(REGEX REPLACE "^\\.TH \"${name}\"" ".TH \"bla_${name}\"" text "${text}")
+        string(REPLACE "\n.SH NAME\n${name} " "\n.SH NAME\nbla_${name} " text "${text}")
+        file(REMOVE ${page})
+        file(WRITE ${PAGES}/bla_${name}.3 "${text}")
+    else()
+        file(REMOVE ${page})
+    endif()
+endforeach()
+# Links to pages that went go too.
+file(GLOB pages ${PAGES}/*.3)
+foreach(page ${pages})
+    file(READ ${page} text)
+    if(text MATCHES "^\\.so man3/([A-Za-z_0-9.]+)\\.3")
+        if(NOT EXISTS ${PAGES}/${CMAKE_MATCH_1}.3)
+            file(REMOVE ${page})
+        endif()
+    endif()
+endforeach()
