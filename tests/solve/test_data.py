@@ -64,6 +64,20 @@ class Data(runner.Case):
             with self.subTest(name):
                 self.assertEqual(self.solved(name, "--method", "ldu")["method"], "L*D*U")
 
+    def test_the_reported_residual_is_the_true_one_where_it_is_bad(self):
+        # Pivots are replaced that should not be, and nothing is refined.
+        report = self.report(matrix("bcsstk11"), "--solution", "x.mtx", "--tolerance", 0.5, "--refine", 0, status=1)
+        self.assertIn("NOT SOLVED", report["verdict"])
+        n, entries = runner.read_matrix(matrix("bcsstk11"))
+        b = [0.0] * n
+        for i, j, value in entries:
+            b[i] += value
+        x, = runner.read_vectors(self.path("x.mtx"))
+        residual = runner.relative_residual(n, entries, x, b)
+        self.assertGreater(residual, 1e-12)
+        self.assertAlmostEqual(report["relative_residual"] / residual, 1.0, delta=1e-6)
+        self.assertGreater(report["replaced_pivots"] + report["shifted_pivots"], 0)
+
     def test_singular_matrices_are_called_so(self):
         mass = self.report(matrix("bcsstm01"), status=1)
         self.assertEqual((mass["positive_pivots"], mass["replaced_pivots"]), (24, 24))

@@ -174,10 +174,10 @@ class Bad(runner.Case):
         self.bad(SMALL + "1 1 1\n", "line 11", "more than the 6 entries")
 
     def test_complex(self):
-        self.bad(BANNER + "coordinate complex general\n1 1 1\n1 1 1 0\n", "complex")
+        self.bad(BANNER + "coordinate complex general\n1 1 1\n1 1 1 0\n", "complex", "only real matrices")
 
     def test_pattern(self):
-        self.bad(BANNER + "coordinate pattern symmetric\n1 1 1\n1 1\n", "pattern")
+        self.bad(BANNER + "coordinate pattern symmetric\n1 1 1\n1 1\n", "pattern only")
 
     def test_hermitian(self):
         self.bad(BANNER + "coordinate real hermitian\n1 1 1\n1 1 1\n", "hermitian")
@@ -186,7 +186,7 @@ class Bad(runner.Case):
         self.bad("%%MatrixMarket vector coordinate real general\n1 1 1\n1 1 1\n", "vector")
         self.bad(BANNER + "sparse real general\n1 1 1\n1 1 1\n", "sparse")
         self.bad(BANNER + "coordinate quaternion general\n1 1 1\n1 1 1\n", "quaternion")
-        self.bad(BANNER + "coordinate real\n1 1 1\n1 1 1\n", "symmetry")
+        self.bad(BANNER + "coordinate real\n1 1 1\n1 1 1\n", "line 1", "needs object, format, field and symmetry")
 
     def test_not_a_number_and_infinities(self):
         for value, word in (("nan", "NaN"), ("NaN", "NaN"), ("inf", "infinite"), ("-Infinity", "infinite"),
@@ -215,7 +215,7 @@ class Bad(runner.Case):
 
     def test_not_square(self):
         self.bad(GENERAL + "2 3 1\n1 1 1\n", "not square (2 x 3)")
-        self.bad(SYMMETRIC + "2 3 1\n1 1 1\n", "square")
+        self.bad(SYMMETRIC + "2 3 1\n1 1 1\n", "must be square")
 
     def test_indices_out_of_range(self):
         for entry in ("0 1 5", "1 0 5", "3 1 5", "1 3 5", "-1 1 5", "99999999999 1 5"):
@@ -267,6 +267,8 @@ class Bad(runner.Case):
         self.refused(a, "--solution", "no/such/folder/x.mtx", says=["no/such/folder/x.mtx"])
         self.refused("--mesh", "2x1x1", "--vtk", "no/such/folder/b.vtu", says=["no/such/folder/b.vtu"])
         self.refused(a, "--solution", self.folder, says=[self.folder])
+        self.refused("--mesh", "2x1x1", "--vtk", "b.vtu", "--solution", "no/such/folder/x.mtx",
+                     says=["no/such/folder/x.mtx"])
 
     @unittest.skipIf(os.geteuid() == 0, "root reads every file")
     def test_unreadable_file(self):
