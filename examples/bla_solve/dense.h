@@ -59,18 +59,19 @@ inline void addTriangle(int n, double* a, int lda, const double* b, int ldb)
     blac_addtriblock_(&n, a, &lda, b, &ldb);
 }
 
-// T := T^-1, T upper triangular of order n with unit diagonal
-inline void invertUpperUnit(int n, double* t, int ldt)
+// T := T^-1, T triangular of order n
+inline void invert(char uplo, char diag, int n, double* t, int ldt)
 {
     int info;
-    blac_dtrtri_("U", "U", &n, t, &ldt, &info);
+    blac_dtrtri_(&uplo, &diag, &n, t, &ldt, &info);
 }
 
-// B := B*T, T upper triangular of order n with unit diagonal, B of m rows
-inline void multiplyByUpperUnit(int m, int n, const double* t, int ldt, double* b, int ldb)
+// B := T*B (side L) or B*T (side R), T triangular, B of m rows and n columns
+inline void trmm(char side, char uplo, char diag, int m, int n, const double* t, int ldt, double* b, int ldb)
 {
+    const char trans = 'N';
     const double one = 1.0;
-    blac_dtrmm_("R", "U", "N", "U", &m, &n, &one, t, &ldt, b, &ldb);
+    blac_dtrmm_(&side, &uplo, &trans, &diag, &m, &n, &one, t, &ldt, b, &ldb);
 }
 
 // Products and solves with one column, the common case of a solution, go to the routines for vectors.

@@ -9,12 +9,12 @@
 
 namespace {
 
-// The panel width of an elimination of p pivots.
-int panelWidth(const PivotRule& rule, int pivots)
+// The panel width of an elimination of p pivots, of which up to `unblocked` go without panels.
+int panelWidth(const PivotRule& rule, int pivots, int unblocked)
 {
     if (rule.nb > 0)
         return rule.nb;
-    return pivots <= 128 ? pivots : pivots <= 1400 ? 32 : pivots <= 3000 ? 48 : 96;
+    return pivots <= unblocked ? pivots : pivots <= 1400 ? 32 : pivots <= 3000 ? 48 : 96;
 }
 
 // The column width of the update of `rest` rows by p pivots: products of at most about 10^6 multiplications
@@ -24,17 +24,28 @@ int updateWidth(int rest, int pivots)
     return static_cast<std::int64_t>(rest) * pivots <= 40000 ? 32 : rest < 1400 ? 96 : 128;
 }
 
-// B := B * U^-1, U upper triangular of order n <= solveBlock with unit diagonal, B of m rows. The product
-// with the inverse is about twice as fast as the triangular solve of OpenBLAS, whose strength are large
-// triangles.
+// Panels are solved with the inverses of small triangles: such products are about twice as fast as OpenBLAS's
+// triangular solves with narrow right-hand sides.
 constexpr int solveBlock = 32;
+
+// B := B * U^-1, U upper triangular of order n <= solveBlock with unit diagonal, B of m rows
 void solveByUpperUnit(int m, int n, const double* u, int ldu, double* b, int ldb)
 {
     double inverse[solveBlock * solveBlock];
     for (int j = 0; j < n; ++j)
         std::copy_n(u + static_cast<std::int64_t>(ldu) * j, j, inverse + n * j);
-    dense::invertUpperUnit(n, inverse, n);
-    dense::multiplyByUpperUnit(m, n, inverse, n, b, ldb);
+    dense::invert('U', 'U', n, inverse, n);
+    dense::trmm('R', 'U', 'U', m, n, inverse, n, b, ldb);
+}
+
+// B := L^-1 * B, L lower triangular of order m <= solveBlock, B of n columns
+void solveByLower(int m, int n, const double* l, int ldl, double* b, int ldb)
+{
+    double inverse[solveBlock * solveBlock];
+    for (int j = 0; j < m; ++j)
+        std::copy_n(l + j + static_cast<std::int64_t>(ldl) * j, m - j, inverse + j + m * j);
+    dense::invert('L', 'N', m, inverse, m);
+    dense::trmm('L', 'L', 'N', m, n, inverse, m, b, ldb);
 }
 
 // The regularised eliminations take tolerance (relative to the shift) and shift pivot by pivot.
@@ -53,7 +64,7 @@ void eliminateSymmetric(const PivotRule& rule, int pivots, int rest, double* pan
                         const Pivots& out)
 {
     const int order = pivots + rest;
-    const int nb = panelWidth(rule, pivots);
+    const int nb = panelWidth(rule, pivots, 128);
     if (rule.shift > 0.0) {
         const PerPivot per(rule, pivots);
         blac_selim_reg_(&pivots, &nb, panel, &order, out.d, out.dinv, per.tolerance.data(), out.negative,
@@ -85,7 +96,7 @@ void eliminateUnsymmetric(const PivotRule& rule, int pivots, int rest, double* p
                           double* schur, const Pivots& out)
 {
     const int order = pivots + rest;
-    const int nb = panelWidth(rule, pivots);
+    const int nb = panelWidth(rule, pivots, 256);
     if (rule.shift > 0.0) {
         const PerPivot per(rule, pivots);
         blac_uelim_reg_(&pivots, &nb, panel, &order, out.d, out.dinv, per.tolerance.data(), out.negative,
@@ -95,8 +106,20 @@ void eliminateUnsymmetric(const PivotRule& rule, int pivots, int rest, double* p
     }
     if (rest == 0)
         return;
-    double* below = panel + pivots;
-    dense::trsm('R', 'U', 'N', 'U', rest, pivots, panel, order, below, order);  // L21*D := F21 * U11^-1
-    dense::trsm('L', 'L', 'N', 'N', pivots, rest, panel, order, right, pivots); // U12 := (L11*D)^-1 * F12
-    dense::gemm('N', 'N', rest, rest, pivots, -1.0, below, order, right, pivots, 0.0, schur, rest);
+    const auto at = [&](int i, int j) { return panel + i + static_cast<std::int64_t>(order) * j; };
+    for (int j = 0; j < pivots; j += solveBlock) {
+        const int width = std::min(solveBlock, pivots - j);
+        const int next = j + width, later = pivots - next;
+        // L21*D := F21 * U11^-1
+        solveByUpperUnit(rest, width, at(j, j), order, at(pivots, j), order);
+        if (later > 0)
+            dense::gemm('N', 'N', rest, later, width, -1.0, at(pivots, j), order, at(j, next), order, 1.0,
+                        at(pivots, next), order);
+        // U12 := (L11*D)^-1 * F12
+        solveByLower(width, rest, at(j, j), order, right + j, pivots);
+        if (later > 0)
+            dense::gemm('N', 'N', later, rest, width, -1.0, at(next, j), order, right + j, pivots, 1.0,
+                        right + next, pivots);
+    }
+    dense::gemm('N', 'N', rest, rest, pivots, -1.0, at(pivots, 0), order, right, pivots, 0.0, schur, rest);
 }

@@ -97,7 +97,8 @@ Monitor progressLine(bool wanted)
         if (share >= 1.0)
             std::fputs("\r\033[K", stderr);
         else if (share == 0.0 || waited > 0.1)
-            waited = 0.0, std::fprintf(stderr, "\r\033[K%s ... %.0f %%", what, 100.0 * share);
+            waited = 0.0, std::fprintf(stderr, share > 0.0 ? "\r\033[K%s ... %.0f %%" : "\r\033[K%s ...",
+                                       what, 100.0 * share);
     };
 }
 
