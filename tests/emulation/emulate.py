@@ -20,6 +20,7 @@ import tempfile
 HERE = os.path.dirname(os.path.abspath(__file__))
 sys.path.insert(0, os.path.join(HERE, "../library"))
 from instructions_check import read_tiers  # noqa: E402
+from symbols_check import plain  # noqa: E402
 
 # Instructions that an emulator runs although its model lacks them; the check of the instructions stands in for these.
 NOT_ENFORCED = {"vbroadcastsd_register"}  # QEMU 7.2: takes it for AVX
@@ -28,7 +29,7 @@ NOT_ENFORCED = {"vbroadcastsd_register"}  # QEMU 7.2: takes it for AVX
 def executed_kernels(log):
     """Functions in the emulator's log of translated code; code is translated only to be executed."""
     with open(log, errors="replace") as file:
-        return {line.split()[1] for line in file if re.match(r"IN: \S", line)}
+        return {plain(line.split()[1]) for line in file if re.match(r"IN: \S", line)}
 
 
 def wrong_variants(executed, table, tier):
