@@ -151,8 +151,8 @@ void compare_everywhere(Kernel kernel)
                             }
             }
         };
-        ASSERT_NO_FATAL_FAILURE(compare_sizes(1, 26, true));
-        ASSERT_NO_FATAL_FAILURE(compare_sizes(27, 72, false));
+        ASSERT_NO_FATAL_FAILURE(compare_sizes(1, 17, true));
+        ASSERT_NO_FATAL_FAILURE(compare_sizes(18, 72, false));
         for (int n : {100, 128, 129, 200})
             ASSERT_NO_FATAL_FAILURE(compare_sizes(n, n, false));
     });

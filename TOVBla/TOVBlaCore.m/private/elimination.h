@@ -2,6 +2,7 @@
 #pragma once
 
 #include "pivot.h"
+#include "tiers.h"
 
 // What to do with a pivot. A rule is called with the number k of the pivot and its value; it returns the
 // pivot to use and the reciprocal that scales its column or row.
@@ -48,44 +49,45 @@ struct ShiftTiny
     }
 };
 
-/// A = L·D·Lᵀ in place, lower triangle in; out: pivots, L·D below them, Lᵀ above them.
-///
-/// Element (i,j) receives one rounded product and one subtraction per pivot, in the order of the pivots: that
-/// fixes its bits. The order over the elements is free.
-template <class Rule>
-BLA_BODY void eliminate_symmetric(int64_t n, real* a, int64_t lda, real* d, real* dinv, Rule rule)
+/// The pivots 0..order-1 of A = L·D·Lᵀ or A = L·D·U, applied to the rows above `order`; without Symmetric, in
+/// all columns. Out: pivots, L·D below them; above them Lᵀ, which are the columns times the reciprocals, or
+/// U, the rows times the reciprocals.
+template <bool Symmetric, class Rule>
+BLA_BODY void eliminate_plainly(int64_t order, int64_t n, real* a, int64_t lda, real* d, real* dinv,
+                                const Rule& rule)
 {
-    for (int64_t k = 0; k < n; ++k) {
+    const int64_t columns = Symmetric ? order : n;
+    for (int64_t k = 0; k < order; ++k) {
         real* const column = a + k * lda;
         const Pivot p = rule(k, column[k]);
         column[k] = d[k] = p.value;
         dinv[k] = p.reciprocal;
-        for (int64_t i = k + 1; i < n; ++i)
-            a[k + i * lda] = p.reciprocal * column[i];
-        for (int64_t j = k + 1; j < n; ++j) {
+        for (int64_t j = k + 1; j < columns; ++j)
+            a[k + j * lda] = p.reciprocal * (Symmetric ? column[j] : a[k + j * lda]);
+        for (int64_t j = k + 1; j < columns; ++j) {
             const double multiplier = a[k + j * lda];
-            for (int64_t i = j; i < n; ++i)
+            for (int64_t i = Symmetric ? j : k + 1; i < order; ++i)
                 a[i + j * lda] = a[i + j * lda] - column[i] * multiplier;
         }
     }
 }
 
-/// A = L·D·U in place; out: pivots, L·D below them, U right of them. The bits are fixed as above; the
-/// multiplier is the scaled element of the pivot's row.
-template <class Rule>
-BLA_BODY void eliminate_unsymmetric(int64_t n, real* a, int64_t lda, real* d, real* dinv, Rule rule)
-{
-    for (int64_t k = 0; k < n; ++k) {
-        real* const column = a + k * lda;
-        const Pivot p = rule(k, column[k]);
-        column[k] = d[k] = p.value;
-        dinv[k] = p.reciprocal;
-        for (int64_t j = k + 1; j < n; ++j)
-            a[k + j * lda] = a[k + j * lda] * p.reciprocal;
-        for (int64_t j = k + 1; j < n; ++j) {
-            const double multiplier = a[k + j * lda];
-            for (int64_t i = k + 1; i < n; ++i)
-                a[i + j * lda] = a[i + j * lda] - column[i] * multiplier;
-        }
-    }
-}
+#define TIER V
+#define TIER_TARGET "avx2"
+#define TIER_LANES 4
+#include "elimination_tiles.h"
+#define TIER R
+#define TIER_TARGET "avx"
+#define TIER_LANES 4
+#include "elimination_tiles.h"
+#define TIER A
+#define TIER_TARGET "sse2"
+#define TIER_LANES 2
+#include "elimination_tiles.h"
+
+/// A kernel with three tiers, as BLA_TIERS_VRA makes it, whose body is one elimination.
+#define BLA_ELIMINATION(name, params, args, symmetric, rule)                                                 \
+    BLA_VARIANT(name##V, "avx2", params, V::eliminate<symmetric>(*n, a, *lda, d, dinv, rule))                \
+    BLA_VARIANT(name##R, "avx", params, R::eliminate<symmetric>(*n, a, *lda, d, dinv, rule))                 \
+    BLA_VARIANT(name##A, "sse2", params, A::eliminate<symmetric>(*n, a, *lda, d, dinv, rule))                \
+    BLA_DISPATCH_VRA(name, params, args)

@@ -1,11 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // A = L·D·Lᵀ, unblocked, in place and without pivoting; pivots in [-tol, tol] and NaN become 1e36.
 #include "elimination.h"
-#include "tiers.h"
 
-BLA_TIERS_VRA(blac_selim_small_,
-              (const int* n, real* a, const int* lda, real* d, real* dinv, const double* tol),
-              (n, a, lda, d, dinv, tol))
-{
-    eliminate_symmetric(*n, a, *lda, d, dinv, ReplaceTiny{*tol});
-}
+BLA_ELIMINATION(blac_selim_small_,
+                (const int* n, real* a, const int* lda, real* d, real* dinv, const double* tol),
+                (n, a, lda, d, dinv, tol), true, (ReplaceTiny{*tol}))
