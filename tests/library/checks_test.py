@@ -115,6 +115,15 @@ class Instructions(Library):
         self.assertIn("beyond the baseline", self.violations(**{"blac_k_A.part.0": piece}))
         self.assertIn("beyond the baseline", self.violations(**{"shared_helper": piece}))
 
+    def test_local_functions_in_a_namespace_of_a_tier_belong_to_it(self):
+        body = "vpaddq %ymm0,%ymm1,%ymm2\nvzeroupper\nret"
+        self.assertEqual(self.violations(_ZN12_GLOBAL__N_11V4tileEv=body), [])
+        self.assertIn("beyond AVX", self.violations(_ZNK12_GLOBAL__N_11R4Tile4moveEv=body))
+        self.assertIn("beyond the baseline", self.violations(_ZN12_GLOBAL__N_11A4tileEv=body))
+        self.assertIn("beyond the baseline", self.violations(_ZN12_GLOBAL__N_16VectorEv=body))
+        self.assertIn("leaves with the upper halves in use",
+                      self.violations(_ZN12_GLOBAL__N_11V4tileEv="vmovupd (%rdi),%ymm0\nret"))
+
     def test_a_jump_into_a_piece_carries_the_upper_halves_along(self):
         self.assertIn("leaves with the upper halves in use",
                       self.violations(**{"blac_k_V": "vmovupd (%rdi),%ymm0\njmp blac_k_V.cold", "blac_k_V.cold": "ret"}))

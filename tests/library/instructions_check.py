@@ -13,7 +13,8 @@ that names a ymm register and any return, call or jump out of the variant. Jumps
 every jump target and every address that nothing falls into, of the same variant.
 
 A variant is a hidden function <entry point>V, R or A of a kernel that TIERS gives that variant, with the pieces that
-compilers split off (.part.0, .cold, .constprop.0 ...).
+compilers split off (.part.0, .cold, .constprop.0 ...), or a local function in a namespace V, R or A, which several
+variants of that tier may call.
 """
 import collections
 import os
@@ -118,6 +119,9 @@ def read_tiers(path):
 def variant_of(name, table):
     """The variant that a function belongs to (blac_scale_V), or None."""
     stem = name.split(".")[0]
+    local = re.match(r"_ZNK?12_GLOBAL__N_11([VRA])\d", stem)
+    if local:
+        return stem + " of tier " + local.group(1)
     return stem if stem[-1:] in "VRA" and stem[-1:] in table.get(stem[:-1], "") else None
 
 
