@@ -33,7 +33,8 @@ BLA_BODY void scatter_rows(const CompressedRows& a, const real* x, int64_t count
             for (; p < end; ++p) {
                 const int64_t j = a.column[p];
                 real* const yj = y + k * n + j;
-                if (p + 1 < end && a.column[p + 1] == j + 1) { // two entries that meet neighbours in Y
+                // Two entries that meet neighbours in Y go together; a single column gains nothing from it.
+                if (W > 1 && p + 1 < end && a.column[p + 1] == j + 1) {
                     const pair values = {a.value[p], a.value[p + 1]};
                     for (int c = 0; c < W; ++c) {
                         pair_in_memory& yc = *reinterpret_cast<pair_in_memory*>(yj + c * n);
