@@ -1386,6 +1386,8 @@ void blac_selim_small_reg_(const int* n, double* a, const int* lda, double* d, d
  * multipliers stand above the diagonal inside the diagonal blocks only; above those nothing is read or
  * written.
  *
+ * Speed (one thread, OpenBLAS): nb >= n up to an order of about 256, then 32 to 48, from 4000 on 96 to 192.
+ *
  * Results depend on nb in their last bits. The panel count is a truncating division: n = 0, -1 ... 1 - nb are
  * not empty here but eliminate a block of order nb + n; do not pass them.
  * @param n    order, at least 1
@@ -1471,6 +1473,8 @@ void blac_uelim_small_reg_(const int* n, double* a, const int* lda, double* d, d
  * the diagonal block; the library's `dtrsm_`("R","U","N","U") makes L·D of the rows below,
  * `dtrsm_`("L","L","N","N") makes U of the columns to the right; `dgemm_` subtracts their product from the
  * square behind. Storage as in blac_uelim_small_, over the whole front.
+ *
+ * Speed (one thread, OpenBLAS): nb >= n up to an order of about 256, then 32 to 48, from 4000 on 96 to 192.
  *
  * Results depend on nb in their last bits. The panel count is a truncating division: n = 0, -1 ... 1 - nb are
  * not empty here but eliminate a block of order nb + n; do not pass them.

@@ -49,9 +49,9 @@ struct ShiftTiny
     }
 };
 
-/// The pivots 0..order-1 of A = L·D·Lᵀ or A = L·D·U, applied to the rows above `order`; without Symmetric, in
-/// all columns. Out: pivots, L·D below them; above them Lᵀ, which are the columns times the reciprocals, or
-/// U, the rows times the reciprocals.
+/// The elimination as it is defined, of rows 0..order-1 of A = L·D·Lᵀ or A = L·D·U: the first of them by
+/// themselves before the tiles take over. Out: pivots, L·D below them; above them Lᵀ, the columns times the
+/// reciprocals, or U, the rows times the reciprocals, in all n columns.
 template <bool Symmetric, class Rule>
 BLA_BODY void eliminate_plainly(int64_t order, int64_t n, real* a, int64_t lda, real* d, real* dinv,
                                 const Rule& rule)
