@@ -9,6 +9,7 @@ typedef std::uint64_t Parts __attribute__((vector_size(16), aligned(1), may_alia
 BLA_TIERS_VA(tovbla_vzconj_, (const int* n, const real* x, real* y), (n, x, y))
 {
     const int64_t count = *n;
+    const Parts imaginary_sign = {0, SignBit};
     for (int64_t k = 0; k < count; ++k)
-        reinterpret_cast<Parts*>(y)[k] = reinterpret_cast<const Parts*>(x)[k] ^ Parts { 0, SignBit };
+        reinterpret_cast<Parts*>(y)[k] = reinterpret_cast<const Parts*>(x)[k] ^ imaginary_sign;
 }
