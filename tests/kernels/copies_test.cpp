@@ -345,6 +345,29 @@ TEST(Reflect, OfOrderOneOrBelowWritesNothing)
     });
 }
 
+// The diagonal lies on a page that cannot be written, the other entry of its column on the page before or
+// behind.
+TEST(Reflect, NeverWritesTheDiagonal)
+{
+    on_every_tier([] {
+        const std::size_t page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+        const std::int64_t entries = static_cast<std::int64_t>(page / 8);
+        const int n = 2, lda = static_cast<int>(3 * entries);
+        for (char uplo : {'L', 'U'}) {
+            const Pages pages(8 * page);
+            double* const memory = reinterpret_cast<double*>(pages.begin());
+            // L: a(1,2) ends page 3, a(2,2) begins page 4; U: a(1,1) ends page 0, a(2,1) begins page 1.
+            double* const a = memory + (uplo == 'L' ? 4 * entries - 1 - lda : entries - 1);
+            a[1] = 5.0;
+            a[lda] = 6.0;
+            mprotect(pages.begin() + (uplo == 'L' ? 4 : 0) * page, page, PROT_READ);
+            blac_reflect_(&uplo, &n, a, &lda);
+            EXPECT_EQ(a[1], a[lda]);
+            EXPECT_EQ(a[1], uplo == 'L' ? 5.0 : 6.0);
+        }
+    });
+}
+
 TEST(Reflect, WithAnotherUploWritesNothing)
 {
     on_every_tier([] {
