@@ -1,39 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "processor.h"
 #include "random.h"
-#include "tiers.h"
+
+#include <gtest/gtest.h>
 
 #include <cstdio>
-#include <cstdlib>
-
-namespace support {
-
-std::uint64_t seed()
-{
-    static const std::uint64_t value = [] {
-        const char* text = std::getenv("BLA_TEST_SEED");
-        return text ? std::strtoull(text, nullptr, 0) : std::random_device{}();
-    }();
-    return value;
-}
-
-const std::vector<Tier>& tiers()
-{
-    static const std::vector<Tier> available = [] {
-        std::vector<Tier> list;
-        if (!can_force_tiers())
-            return std::vector<Tier>{{"chosen by the library", 0}};
-        if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma"))
-            list.push_back({"V", tier::V});
-        if (__builtin_cpu_supports("avx"))
-            list.push_back({"R", tier::R});
-        list.push_back({"A", tier::A});
-        return list;
-    }();
-    return available;
-}
-
-} // namespace support
 
 int main(int argc, char** argv)
 {

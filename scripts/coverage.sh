@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-3-Clause
+# Which statements of the library do the tests reach? Builds with gcov, runs the tests, lists for every source and
+# header under TOVBla what was never executed, and a total. Fails unless that is 100 %.
+#
+#     scripts/coverage.sh              in build/coverage
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/prepare.sh
+install_packages build test
+
+directory=build/coverage
+build "$directory" -DCMAKE_BUILD_TYPE=Debug -DBLA_BUILD_EXAMPLES=OFF -DBLA_BUILD_TESTS=ON \
+    -DCMAKE_CXX_FLAGS="-O0 --coverage -fprofile-update=atomic" \
+    ${BLA_LAUNCHER:+-DCMAKE_CXX_COMPILER_LAUNCHER=$BLA_LAUNCHER}
+find "$directory" -name '*.gcda' -delete
+# The programs that hold the library's objects and the tests on the shared library; what they share is run once.
+ctest --test-dir "$directory" -R '^(kernels|calls|frame|facade|threads_|stress|digest)[._]' \
+    --no-tests=error --output-on-failure -j "$(nproc)" >"$directory/tests.log" || {
+    tail -n 40 "$directory/tests.log"
+    exit 1
+}
+exec python3 -B scripts/coverage.py "$directory" TOVBla

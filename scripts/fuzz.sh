@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-3-Clause
+# Fuzzes the kernels and the reader of Matrix Market files with libFuzzer (clang), address and undefined-behaviour
+# sanitizers on. The tests run the same targets for seconds; this is the long run.
+#
+#     scripts/fuzz.sh [SECONDS] [kernels|matrix_market]      each target so long (600), or one of them
+#
+# New inputs are collected under build/fuzz; a finding is written to the present directory, and its program runs it
+# again: build/fuzz/bin/libfuzzer_kernels crash-...
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/prepare.sh
+install_packages build test long
+
+seconds=${1:-600} targets=${2:-kernels matrix_market} directory=build/fuzz
+build "$directory" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ \
+    -DCMAKE_CXX_FLAGS="-O1 -g1 -fsanitize=address,undefined,fuzzer-no-link -fno-sanitize-recover=all" \
+    -DBLA_BUILD_EXAMPLES=OFF -DBLA_BUILD_TESTS=ON -DBLA_FUZZERS=ON \
+    ${BLA_LAUNCHER:+-DCMAKE_CXX_COMPILER_LAUNCHER=$BLA_LAUNCHER}
+for target in $targets; do
+    mkdir -p "$directory/corpus/$target"
+    OPENBLAS_NUM_THREADS=1 "$directory/bin/libfuzzer_$target" -max_total_time="$seconds" -max_len=512 \
+        -rss_limit_mb=4096 -print_final_stats=1 "$directory/corpus/$target" "tests/fuzz/corpus/$target" \
+        2>&1 | grep -vE 'NEW|REDUCE|pulse|RELOAD'
+done
