@@ -14,10 +14,12 @@ import subprocess
 import sys
 
 
-def executions(build):
-    """{file: {line: how often}}, a template's or header's line summed over all that were made of it."""
+def executions(build, name):
+    """{file: {line: how often}} of the sources in directories of this name, summed over all that were made of a line:
+    the instances of a template, the objects that share a header, the programs that compile a source again."""
     count = collections.defaultdict(lambda: collections.defaultdict(int))
-    notes = [os.path.join(d, f) for d, _, files in os.walk(build) for f in files if f.endswith(".gcno")]
+    notes = [os.path.join(d, f) for d, _, files in os.walk(build) for f in files
+             if f.endswith(".gcno") and name in d]
     for first in range(0, len(notes), 50):
         report = subprocess.run(["gcov", "--json-format", "--stdout", *notes[first:first + 50]], check=True,
                                 stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout
@@ -41,7 +43,7 @@ def ranges(numbers):
 
 def main(build, sources):
     root = os.path.realpath(sources)
-    count = {f: lines for f, lines in executions(build).items() if f.startswith(root + os.sep)}
+    count = {f: lines for f, lines in executions(build, os.path.basename(root)).items() if f.startswith(root + os.sep)}
     built = {f for f, lines in count.items() if f.endswith(".cpp")}
     missing = {os.path.join(d, f) for d, _, files in os.walk(root) for f in files if f.endswith(".cpp")} - built
     for file in sorted(missing):

@@ -32,13 +32,13 @@ install_packages() {
     rm -f "$log"
 }
 
-# build DIRECTORY [CMAKE OPTION...]: configures and builds; quiet unless it fails
+# build DIRECTORY [CMAKE OPTION...]: configures and builds, all or the targets in BLA_TARGETS; quiet unless it fails
 build() {
     local directory=$1 log=$1/build.log
     shift
     mkdir -p "$directory"
     if ! { cmake -S . -B "$directory" -G Ninja -DCMAKE_BUILD_TYPE=Release "$@" &&
-        cmake --build "$directory"; } >"$log" 2>&1; then
+        cmake --build "$directory" ${BLA_TARGETS:+--target $BLA_TARGETS}; } >"$log" 2>&1; then
         tail -n 40 "$log" >&2
         echo "The build failed; its whole output is in $log" >&2
         return 1

@@ -14,68 +14,70 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/prepare.sh
-short=
+short= # or a blank
 if [ "${1-}" = --short ]; then
-    short=1
+    short=' '
     shift
 fi
 install_packages build test long
-source=$PWD
 
-# leg NAME FLAGS TESTS [CMAKE OPTION...]
+# leg NAME FLAGS TARGETS TESTS [CMAKE OPTION...]
 leg() {
-    local name=$1 flags=$2 tests=$3 directory=build/sanitizers/$1
-    shift 3
-    build "$directory" -DCMAKE_BUILD_TYPE=Debug -DBLA_BUILD_EXAMPLES=OFF -DBLA_BUILD_TESTS=ON \
+    local name=$1 flags=$2 targets=$3 tests=$4 directory=build/sanitizers/$1
+    shift 4
+    BLA_TARGETS=$targets build "$directory" -DCMAKE_BUILD_TYPE=Debug -DBLA_BUILD_EXAMPLES=OFF -DBLA_BUILD_TESTS=ON \
         -DCMAKE_CXX_FLAGS="-O1 -g1 $flags" ${BLA_LAUNCHER:+-DCMAKE_CXX_COMPILER_LAUNCHER=$BLA_LAUNCHER} "$@"
-    echo "$name: $tests"
     ctest --test-dir "$directory" -R "$tests" --no-tests=error --output-on-failure -j "$(nproc)" \
         >"$directory/tests.log" || {
         tail -n 60 "$directory/tests.log"
         echo "$name: FAILED"
         return 1
     }
-    tail -n 4 "$directory/tests.log"
+    echo "$name: $(grep 'tests passed' "$directory/tests.log")"
 }
+
+fuzz="fuzz_kernels fuzz_matrix_market fuzz_wrong_kernel"
 
 address() {
     leg address "-fsanitize=address,undefined -fno-sanitize-recover=all" \
-        "^(sanitizer|kernels|calls|frame|threads_|fuzz${short:-|properties|library|facade})[._]"
+        "sanitizer_probe frame_tests call_tests $fuzz elimination_call_tests
+        ${short:-kernel_tests property_tests}" \
+        "^(sanitizer|frame|calls|fuzz$([ "$short" ] || echo '|kernels|properties'))[.]"
 }
 
 clang() {
-    leg clang "-fsanitize=undefined -fno-sanitize-recover=all" "^(sanitizer|kernels|fuzz)[._]" \
-        -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++
+    leg clang "-fsanitize=undefined -fno-sanitize-recover=all" "sanitizer_probe $fuzz ${short:-kernel_tests}" \
+        "^(sanitizer|fuzz$([ "$short" ] || echo '|kernels'))[.]" -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++
 }
 
 # The BLAS is not instrumented: what its own threads do to one another cannot be judged. See tests/sanitizers.
 thread() {
-    TSAN_OPTIONS="suppressions=$source/tests/sanitizers/thread.supp" \
-        leg thread "-fsanitize=thread -fno-sanitize-recover=all" "^(sanitizer|stress|frame|threads_)[._]"
+    TSAN_OPTIONS="suppressions=$PWD/tests/sanitizers/thread.supp" \
+        leg thread "-fsanitize=thread" "sanitizer_probe stress_tests frame_tests" "^(sanitizer|stress|frame)[.]"
 }
 
 # Debian's valgrind does not know the AVX-512 instructions that OpenBLAS would choose.
 valgrind() {
-    build build/sanitizers/valgrind -DCMAKE_BUILD_TYPE=Debug -DBLA_BUILD_EXAMPLES=OFF -DBLA_BUILD_TESTS=ON \
-        -DCMAKE_CXX_FLAGS="-O1 -g1" ${BLA_LAUNCHER:+-DCMAKE_CXX_COMPILER_LAUNCHER=$BLA_LAUNCHER}
-    echo valgrind
-    local bin=build/sanitizers/valgrind/bin
+    local directory=build/sanitizers/valgrind
+    BLA_TARGETS="sanitizer_probe frame_tests fuzz_kernels" build $directory -DCMAKE_BUILD_TYPE=Debug \
+        -DBLA_BUILD_EXAMPLES=OFF -DBLA_BUILD_TESTS=ON -DCMAKE_CXX_FLAGS="-O1 -g1" \
+        ${BLA_LAUNCHER:+-DCMAKE_CXX_COMPILER_LAUNCHER=$BLA_LAUNCHER}
     local memcheck=(env OPENBLAS_CORETYPE=Haswell OPENBLAS_NUM_THREADS=1 valgrind --quiet --error-exitcode=99
         --leak-check=full --errors-for-leak-kinds=definite)
     local status=0
-    "${memcheck[@]}" "$bin/sanitizer_probe" memory >/dev/null 2>&1 || status=$?
+    "${memcheck[@]}" $directory/bin/sanitizer_probe memory >/dev/null 2>&1 || status=$?
     if [ $status -ne 99 ]; then
-        echo "valgrind does not report an uninitialised value"
+        echo "valgrind: FAILED, it does not report an uninitialised value"
         return 1
     fi
-    "${memcheck[@]}" "$bin/frame_tests"
-    "${memcheck[@]}" "$bin/kernel_tests" --gtest_filter='-*PlainLoop*:*Large*:*2147*:*Huge*:*Bits*:*Every*'
-    "${memcheck[@]}" "$bin/fuzz_kernels" --runs 300
+    "${memcheck[@]}" $directory/bin/frame_tests >$directory/frame.log 2>&1 || { cat $directory/frame.log && return 1; }
+    "${memcheck[@]}" $directory/bin/fuzz_kernels --runs "$([ "$short" ] && echo 50 || echo 1000)" tests/fuzz/corpus/kernels
+    echo "valgrind: no error"
 }
 
-for check in "${@:-all}"; do
+checks=${*:-all}
+for check in ${checks/all/address clang thread valgrind}; do
     case $check in
-    all) for each in address clang thread valgrind; do $each; done ;;
     address | clang | thread | valgrind) $check ;;
     *) echo "unknown: $check" >&2 && exit 2 ;;
     esac

@@ -21,6 +21,13 @@ public:
         return values[byte() % N];
     }
 
+    /// A character of the text.
+    template <std::size_t N>
+    char letter(const char (&text)[N])
+    {
+        return text[byte() % (N - 1)];
+    }
+
 private:
     const std::uint8_t *at_, *end_;
 };

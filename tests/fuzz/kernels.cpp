@@ -285,7 +285,7 @@ bool judge(int kernel, fuzz::Bytes& bytes)
         return true;
     }
     case 19: {
-        const char uplo = bytes.choice("LUluX");
+        const char uplo = bytes.letter("LUluX");
         const int la = columns + lda;
         auto& a = c.array(extent(n, n, la), true);
         c.compare(
@@ -335,7 +335,7 @@ bool judge(int kernel, fuzz::Bytes& bytes)
     }
     case 25:
     case 26: { // the two forms differ in the step of D
-        const char transa = bytes.choice("NTnt"), transb = bytes.choice("NTnt");
+        const char transa = bytes.letter("NTnt"), transb = bytes.letter("NTnt");
         const bool plain_a = (transa | 32) == 'n', plain_b = (transb | 32) == 'n', vector = kernel == 26;
         const int la = (plain_a ? rows : k) + lda, lb = (plain_b ? k : columns) + ldb, lc = rows + ldc;
         const int ldd = vector ? 0 : bytes.number(0, 5), width = columns;
@@ -426,7 +426,7 @@ bool judge(int kernel, fuzz::Bytes& bytes)
         return true;
     }
     case 33: {
-        const char job = bytes.choice("PNpnX");
+        const char job = bytes.letter("PNpnX");
         const int order = n < 0 ? 0 : n, nlead = bytes.number(0, 41), ncol = bytes.number(-1, order),
                   la = columns + lda;
         const double tols[] = {0.0, 1e-8, 0.5, -1.0};

@@ -1,0 +1,155 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: BSD-3-Clause
+"""Are the tests worth something? Applies each mutation of mutations.py to a copy of the tree, builds the programs that
+should notice, and runs them; each must be caught by a failing program. A mutation that no longer applies to the source
+fails the run, and so does one that does not compile: it says nothing about the tests.
+
+    run.py [--build DIRECTORY] [--sample N] [--seed SEED] [WORD...]
+
+--sample N takes N of them at random; words pick those whose description contains one. The first run builds everything
+and takes its time, later ones only what a mutation touches.
+"""
+import argparse
+import os
+import random
+import shutil
+import subprocess
+import sys
+import time
+
+from mutations import MUTATIONS
+
+ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+
+
+def applied(text, old, new, file):
+    if text.count(old) != 1:
+        sys.exit(f"{file}: found {text.count(old)} times instead of once, the mutation no longer applies:\n{old}")
+    return text.replace(old, new)
+
+
+def check_that_all_apply():
+    for what, file, old, new, _ in MUTATIONS:
+        with open(os.path.join(ROOT, file)) as source:
+            applied(source.read(), old, new, f"{file} ({what})")
+
+
+def write(path, text):
+    with open(path, "w") as file:
+        file.write(text)
+
+
+class Copy:
+    """A copy of the tree with a build beside it."""
+
+    def __init__(self, directory):
+        self.tree, self.build = os.path.join(directory, "tree"), os.path.join(directory, "build")
+        os.makedirs(self.tree, exist_ok=True)
+        for part in os.scandir(ROOT):
+            if not part.name.startswith((".", "build")):
+                target = os.path.join(self.tree, part.name)
+                self.refresh(part.path, target) if part.is_dir() else self.refresh_file(part.path, target)
+        launcher = os.environ.get("BLA_LAUNCHER")
+        self.run("cmake", "-S", self.tree, "-B", self.build, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
+                 "-DBLA_BUILD_EXAMPLES=OFF", "-DBLA_BUILD_TESTS=ON",
+                 *([f"-DCMAKE_CXX_COMPILER_LAUNCHER={launcher}"] if launcher else []), check=True)
+
+    def refresh(self, source, target):
+        os.makedirs(target, exist_ok=True)
+        for entry in os.scandir(source):
+            to = os.path.join(target, entry.name)
+            self.refresh(entry.path, to) if entry.is_dir() else self.refresh_file(entry.path, to)
+
+    @staticmethod
+    def refresh_file(source, target):
+        """Copies what differs, so that a second run rebuilds nothing."""
+        with open(source, "rb") as file:
+            wanted = file.read()
+        if os.path.exists(target):
+            with open(target, "rb") as file:
+                if file.read() == wanted:
+                    return
+        shutil.copy(source, target)
+
+    def run(self, *command, check=False, timeout=None):
+        environment = dict(os.environ, OPENBLAS_NUM_THREADS="1", BLA_TEST_SEED="1", PYTHONDONTWRITEBYTECODE="1")
+        result = subprocess.run(command, cwd=self.tree, env=environment, stdout=subprocess.PIPE,
+                                stderr=subprocess.STDOUT, timeout=timeout)
+        if check and result.returncode:
+            sys.exit(f"{' '.join(command)} failed:\n" + result.stdout.decode(errors="replace")[-3000:])
+        return result.returncode
+
+    def compile(self, program, check=False):
+        target = "ZEFTOVBlaModule" if program == "instructions" else program
+        return self.run("cmake", "--build", self.build, "--target", target, check=check)
+
+    def fails(self, program, arguments):
+        if program == "instructions":
+            library = os.path.join(self.build, "lib", "libZEFTOVBlaModule.so")
+            return self.run(sys.executable, "-B", "tests/library/instructions_check.py", library)
+        if program == "fuzz_kernels":
+            arguments = ("--seed", "1", "--runs", "6000", "tests/fuzz/corpus/kernels")
+        try:
+            return self.run(os.path.join(self.build, "bin", program), *arguments, timeout=600)
+        except subprocess.TimeoutExpired: # an endless loop is noticed as well
+            return "timeout"
+
+
+def split(programs):
+    """("a", "b", "--x") as [("a", ()), ("b", ("--x",))]."""
+    commands = []
+    for word in programs:
+        if word.startswith("-"):
+            commands[-1][1].append(word)
+        else:
+            commands.append((word, []))
+    return commands
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--build", default=os.path.join(ROOT, "build", "mutations"))
+    parser.add_argument("--sample", type=int)
+    parser.add_argument("--seed", type=int, default=int(time.time()))
+    parser.add_argument("words", nargs="*")
+    options = parser.parse_args()
+
+    check_that_all_apply()
+    chosen = [m for m in MUTATIONS if not options.words or any(w in m[0] for w in options.words)]
+    if options.sample is not None:
+        print(f"seed {options.seed}")
+        chosen = random.Random(options.seed).sample(chosen, min(options.sample, len(chosen)))
+    if not chosen:
+        sys.exit("no such mutation")
+
+    copy = Copy(options.build)
+    for command in sorted({(p, tuple(a)) for m in chosen for p, a in split(m[4])}):
+        copy.compile(command[0], check=True)
+        if copy.fails(*command):
+            sys.exit(f"{command[0]} fails without any mutation")
+
+    survived = []
+    for what, file, old, new, programs in chosen:
+        path = os.path.join(copy.tree, file)
+        with open(path) as source:
+            original = source.read()
+        write(path, applied(original, old, new, file))
+        caught = None
+        try:
+            for program, arguments in split(programs):
+                if copy.compile(program):
+                    sys.exit(f"{what}: does not compile")
+                if copy.fails(program, arguments):
+                    caught = program
+                    break
+        finally:
+            write(path, original)
+        print(f"{'caught by ' + caught if caught else 'SURVIVED':<36} {what} ({os.path.basename(file)})", flush=True)
+        if not caught:
+            survived.append(what)
+    print(f"{len(chosen) - len(survived)} of {len(chosen)} mutations caught")
+    return 1 if survived else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
