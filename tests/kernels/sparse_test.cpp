@@ -412,30 +412,31 @@ TEST(SparseSparseUmtv, AddsARowListedTwiceTwiceInListOrder)
     }
 }
 
-// Y is not cleared when n < 1, so that a -0 in it can be seen: with it, (-0 + 0) + -0 is +0 and not -0. One
-// column with n = 0 is Y as it stands.
+// Y is not cleared when n < 1, so that a -0 in it can be seen: with it, (-0 + 0) + -0 is +0 and not -0. With
+// n = 0 all columns are Y as it stands.
 TEST(SparseUmtv, AddsPlusZeroToEachProductInEveryRoundingMode)
 {
     for (int mode : {FE_TONEAREST, FE_UPWARD, FE_TOWARDZERO, FE_DOWNWARD})
-        for (double value : {1.0, -1.0}) {
-            const int m = 1, n = 0, nrhs = 1, ia[] = {0, 5}, ja[] = {0, 1, 2, 3, 5}, list[] = {0};
-            const double x = 0.0, a[] = {value, value, value, value, value};
-            double full[] = {-0.0, -0.0, 0.0, -0.0, 7.0, -0.0}, listed[] = {-0.0, -0.0, 0.0, -0.0, 7.0, -0.0};
-            double expected[] = {-0.0, -0.0, 0.0, -0.0, 7.0, -0.0};
-            std::fesetround(mode);
-            reference::sparse_umtv(a, &x, ia, ja, expected, m, n, nrhs);
-            blac_sparse_umtv_(a, &x, ia, ja, full, &m, &n, &nrhs);
-            blac_sparse_sparse_umtv_(a, &x, ia, ja, listed, &m, &n, &nrhs, list);
-            std::fesetround(FE_TONEAREST);
-            for (int i = 0; i < 6; ++i) {
-                EXPECT_EQ(bits(full[i]), bits(expected[i])) << "mode " << mode << ", element " << i;
-                EXPECT_EQ(bits(listed[i]), bits(expected[i])) << "mode " << mode << ", element " << i;
+        for (double value : {1.0, -1.0})
+            for (int nrhs = 1; nrhs <= 9; ++nrhs) {
+                SCOPED_TRACE(::testing::Message()
+                             << "mode " << mode << ", value " << value << ", nrhs " << nrhs);
+                const int m = 1, n = 0, ia[] = {0, 5}, ja[] = {0, 1, 2, 3, 5}, list[] = {0};
+                const double x[9] = {}, a[] = {value, value, value, value, value};
+                double full[] = {-0.0, -0.0, 0.0, -0.0, 7.0, -0.0},
+                       listed[] = {-0.0, -0.0, 0.0, -0.0, 7.0, -0.0};
+                double expected[] = {-0.0, -0.0, 0.0, -0.0, 7.0, -0.0};
+                std::fesetround(mode);
+                reference::sparse_umtv(a, x, ia, ja, expected, m, n, nrhs);
+                blac_sparse_umtv_(a, x, ia, ja, full, &m, &n, &nrhs);
+                blac_sparse_sparse_umtv_(a, x, ia, ja, listed, &m, &n, &nrhs, list);
+                std::fesetround(FE_TONEAREST);
+                for (int i = 0; i < 6; ++i) {
+                    EXPECT_EQ(bits(full[i]), bits(expected[i])) << "element " << i;
+                    EXPECT_EQ(bits(listed[i]), bits(expected[i])) << "element " << i;
+                }
+                EXPECT_EQ(bits(full[0]), bits(mode == FE_DOWNWARD ? -0.0 : 0.0));
             }
-            if (mode != FE_DOWNWARD)
-                EXPECT_EQ(bits(full[0]), bits(0.0));
-            else
-                EXPECT_EQ(bits(full[0]), bits(-0.0));
-        }
 }
 
 TEST(SparseUmtv, AddsToYWithoutClearingItWhenNIsBelowOne)
