@@ -7,8 +7,10 @@ DIGEST(blac_cholupd_, Computed)
     const int n = c.size(), nlead = c.count(n), ncol = c.odds(2) ? n : c.count(n), ldl = c.leading(n);
     const double tol = c.odds(2) ? 0.0 : 1e-3;
     double *const l = c.factor(n, ldl), *const x = c.ordinary(n);
-    for (int i = 0; i < n; ++i) // so short that most hyperbolic rotations exist
-        c.set(x, i, c.number() / (c.odds(3) ? 8 : 64));
+    for (int i = 0; i < n; ++i) { // so short that most hyperbolic rotations exist
+        const double longest = c.odds(3) ? 2.0 : 0.25;
+        c.set(x, i, c.number() / 16 * longest);
+    }
     int info = -7;
     blac_cholupd_(&job, &n, &nlead, &ncol, l, &ldl, x, &tol, &info);
     c.result(info);

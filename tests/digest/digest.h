@@ -7,8 +7,11 @@
 //     DIGEST(blac_scale2_, Computed)
 //     {
 //         const int m = c.size(), n = c.count(6), lda = c.leading(m);
-//         blac_scale2_(&m, &n, c.matrix(m, n, lda), &lda, c.vector(m));
+//         double* const a = c.matrix(m, n, lda);
+//         blac_scale2_(&m, &n, a, &lda, c.vector(m));
 //     }
+//
+// Only one thing is drawn in an expression: compilers evaluate arguments and operands in different orders.
 #pragma once
 
 #include "TOVBlaModule.h"

@@ -4,8 +4,8 @@
 DIGEST(blac_scale_, Computed)
 {
     const int m = c.size(), n = c.count(6), lda = c.leading(m), ldb = c.leading(m);
-    const double* const a = c.matrix(m, n, lda);
-    blac_scale_(&m, &n, c.vector(n), a, &lda, c.matrix_room(m, n, ldb), &ldb);
+    const double *const a = c.matrix(m, n, lda), *const d = c.vector(n);
+    blac_scale_(&m, &n, d, a, &lda, c.matrix_room(m, n, ldb), &ldb);
 }
 
 DIGEST(blac_scale2_, Computed)

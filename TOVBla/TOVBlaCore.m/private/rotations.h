@@ -37,7 +37,7 @@ BLA_BODY void rotate_columns(int64_t rows, real* l, int64_t step, double* xi, co
         cosine[q] = c[q * direction];
         sine[q] = s[q * direction];
     }
-#pragma GCC ivdep
+    BLA_NO_OVERLAP
     for (int64_t j = 0; j < rows; ++j) {
         double x = xi[j];
         for (int64_t q = 0; q < ColumnGroup; ++q) {

@@ -26,7 +26,7 @@ BLA_BODY void turn(real* l, int64_t step, real* x, int64_t rows, const Rotation*
         t[q] = rotations[q].t;
         c[q] = rotations[q].c;
     }
-#pragma GCC ivdep
+    BLA_NO_OVERLAP
     for (int64_t i = 0; i < rows; ++i) {
         double xi = x[i];
         for (int q = 0; q < Columns; ++q) {
