@@ -6,7 +6,7 @@
 #
 # address    GCC's address and undefined-behaviour sanitizers, all tests
 # clang      clang's undefined-behaviour sanitizer, which has more checks (alignment of what is loaded, among others)
-# thread     GCC's thread sanitizer, the stress tests and the frame
+# thread     GCC's thread sanitizer, the frame and the stress tests with several threads
 # valgrind   memcheck, the frame and a short run of the kernels
 #
 # In each of them the test sanitizer.is_on shows that the sanitizer reports what it is there to report.
@@ -53,7 +53,8 @@ clang() {
 # The BLAS is not instrumented: what its own threads do to one another cannot be judged. See tests/sanitizers.
 thread() {
     TSAN_OPTIONS="suppressions=$PWD/tests/sanitizers/thread.supp" \
-        leg thread "-fsanitize=thread" "sanitizer_probe stress_tests frame_tests" "^(sanitizer|stress|frame)[.]"
+        leg thread "-fsanitize=thread" "sanitizer_probe stress_tests frame_tests" \
+            "^(sanitizer|frame)[.]|^stress[.].*(Threads|FirstCall|Stack)"
 }
 
 # Debian's valgrind does not know the AVX-512 instructions that OpenBLAS would choose.

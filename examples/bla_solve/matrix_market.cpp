@@ -49,6 +49,13 @@ struct Text
     fail(text, "line " + std::to_string(line) + ": " + what);
 }
 
+std::string lower(std::string_view word)
+{
+    std::string s(word);
+    std::transform(s.begin(), s.end(), s.begin(), [](unsigned char c) { return std::tolower(c); });
+    return s;
+}
+
 Text load(const std::string& path)
 {
     Text text{path, {}};
@@ -63,6 +70,10 @@ Text load(const std::string& path)
         fail(text, std::strerror(errno));
     if (text.content.empty())
         fail(text, "the file is empty");
+    // CHOLMOD knows this word in one spelling only, and would guess what the rest of the line says.
+    constexpr std::string_view word = "%%MatrixMarket";
+    if (lower(std::string_view(text.content).substr(0, word.size())) == lower(word))
+        text.content.replace(0, word.size(), word);
     return text;
 }
 
@@ -92,13 +103,6 @@ Words split(std::string_view line)
     return words;
 }
 
-std::string lower(std::string_view word)
-{
-    std::string s(word);
-    std::transform(s.begin(), s.end(), s.begin(), [](unsigned char c) { return std::tolower(c); });
-    return s;
-}
-
 bool parseInteger(std::string_view word, std::int64_t& value)
 {
     const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), value);
@@ -119,7 +123,7 @@ bool parseNumber(std::string_view word, double& value)
 Header readBanner(const Text& text, std::string_view line)
 {
     const Words words = split(line);
-    if (words.count == 0 || lower(words.word[0]) != "%%matrixmarket")
+    if (words.count == 0 || words.word[0].data() != line.data() || lower(words.word[0]) != "%%matrixmarket")
         fail(text, "not a Matrix Market file (no %%MatrixMarket line)");
     if (words.count != 5)
         fail(text, 1, "the %%MatrixMarket line needs object, format, field and symmetry");
