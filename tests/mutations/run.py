@@ -138,7 +138,8 @@ def main():
         try:
             for program, arguments in split(programs):
                 if copy.compile(program):
-                    sys.exit(f"{what}: does not compile")
+                    print(f"does not compile: {what}")
+                    break
                 if copy.fails(program, arguments):
                     caught = program
                     break
