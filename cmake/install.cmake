@@ -65,6 +65,6 @@ endfunction()
 bla_install_program(bla_solve "solve a sparse linear system front by front")
 bla_install_program(bla_info "tell what the linear algebra module runs on")
 
-install(FILES examples/first_call.cpp examples/first_call.f90
+install(FILES examples/first_call.cpp examples/first_call.f90 examples/eliminations.cpp
     DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples COMPONENT development)
 install(FILES README.md CHANGELOG.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "tiers.h"
 #include "processor.h"
 #include "random.h"
-#include "tiers.h"
 
 #include <cstdlib>
 

@@ -8,7 +8,7 @@
 
 /// Largest scratch taken from the stack, in bytes: the panel updates up to a width of 64, and little enough
 /// for any thread.
-constexpr int64_t LargestStackScratch = 48 * 1024;
+constexpr int64_t LargestStackScratch = int64_t{48} * 1024;
 
 /// C := beta·C + alpha·op(A)·D·op(B), with D(l,l) at d[l·d_step].
 ///

@@ -20,7 +20,7 @@ static void add_entries(const CompressedRows& a, int64_t start, int64_t end, con
     for (int64_t p = start; p < end; ++p) {
         const double value = a.value[p];
         const real* const xp = x + a.column[p];
-        for (int c = 0; c < Pairs; ++c)
+        for (int64_t c = 0; c < Pairs; ++c)
             sums[c] +=
                 pair{value, value} * pair{xp[2 * c * n], xp[(2 * c + 1 < Columns ? 2 * c + 1 : 2 * c) * n]};
     }
