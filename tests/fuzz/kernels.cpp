@@ -127,7 +127,9 @@ bool judge(int kernel, fuzz::Bytes& bytes)
     };
     const int m = size(-1), n = size(-1), k = size(1), rows = m > 0 ? m : 1, columns = n > 0 ? n : 1;
     const int lda = bytes.number(0, 5), ldb = bytes.number(0, 5), ldc = bytes.number(0, 5); // beyond the rows
-    const int incx = bytes.number(-3, 3), incy = bytes.number(-3, 3), incz = bytes.number(-3, 3);
+    const int increments[] = {1, 1, 1, 1, 1, 0, -1, 2, -2, 3};
+    const int incx = bytes.choice(increments), incy = bytes.choice(increments),
+              incz = bytes.choice(increments);
     const std::int64_t long_n = n;
     const auto computed = NaNs::Alike, moved = NaNs::Exact;
 

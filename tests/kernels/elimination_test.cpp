@@ -462,6 +462,15 @@ TEST(SmallEliminations, TheTestIsRelativeToRegularisationOnlyWhereThatIsPositive
     });
 }
 
+TEST(SmallEliminations, TheTestedValueIsAQuotientNotAProductWithAReciprocal)
+{
+    at_every_position([](int n, int k) {
+        for (Kernel kernel : {SelimReg, UelimReg}) // 49/49 is 1, 49·(1/49) is the number below
+            with_pivot(kernel, n, k, 49.0, std::nextafter(1.0, 0.0), 49.0, 0,
+                       [&](int, const Factors&, const Factors& f) { EXPECT_EQ(f.d.get(k), 49.0); });
+    });
+}
+
 TEST(SmallEliminations, SeveralTinyPivotsInARow)
 {
     on_every_tier([] {

@@ -29,7 +29,7 @@ MUTATIONS = [
     ("a scale of zero divides the tested value", PRIVATE + "elimination.h", "s > 0.0 ? p / s", "s >= 0.0 ? p / s",
      KERNELS),
     ("the tested value is multiplied by a reciprocal", PRIVATE + "elimination.h", "? p / s : p",
-     "? p * (1.0 / s) : p", KERNELS),
+     "? p * (1.0 / s) : p", ("kernel_tests", "--gtest_filter=*IsAQuotient*")),
     # elimination
     ("one multiplier too few is formed", PRIVATE + "elimination.h",
      "for (int64_t j = k + 1; j < columns; ++j)\n            a[k", "for (int64_t j = k + 2; j < columns; ++j)\n            a[k",
@@ -102,7 +102,8 @@ MUTATIONS = [
     ("rows that end before they start have an entry", SOURCE + "blaC_sparse_umv.cpp", "p < p_end && q < q_end",
      "p != p_end && q < q_end", KERNELS),
     # frame
-    ("FMA is not asked for", MODULE + "processor.h", "feature::F16C | feature::FMA |", "feature::F16C |", FRAME),
+    ("FMA is read off a neighbouring bit", MODULE + "processor.cpp", "{r.leaf1_ecx, 12, feature::FMA}",
+     "{r.leaf1_ecx, 13, feature::FMA}", FRAME),
     ("wide registers count without the operating system", MODULE + "processor.cpp", "(r.xcr0 & 6) != 6",
      "(r.xcr0 & 4) != 4", FRAME),
     ("AVX is read off a neighbouring bit", MODULE + "processor.cpp", "{r.leaf1_ecx, 28, feature::AVX}",
