@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-3-Clause
+# Fetches the MKL run-time library and libirc.so into build/mkl, for the tests over MKL and for
+# scripts/with_blas.sh mkl. About 310 MB of Python wheels are downloaded once; nothing is installed.
+#   scripts/fetch_mkl.sh [FOLDER]
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+folder=${1:-$root/build/mkl}
+version=2026.2.0
+
+# The single dynamic library, what it loads by name with its default interface and threads, one kernel library per
+# generation of processors, and the run-time support library.
+wanted=(libmkl_rt libmkl_core libmkl_intel_lp64 libmkl_intel_thread libmkl_def libmkl_mc3 libmkl_avx2 libmkl_avx512
+    libmkl_avx10 libiomp5 libirc)
+
+if [ "$(cat "$folder/version" 2>/dev/null)" = "$version" ]; then
+    echo "$folder has MKL $version"
+    exit 0
+fi
+if ! python3 -m pip --version >/dev/null 2>&1; then
+    cd "$root"
+    . scripts/prepare.sh
+    install_packages wheels
+fi
+
+rm -rf "$folder"
+mkdir -p "$folder/wheels"
+python3 -m pip download --quiet --disable-pip-version-check --no-deps --only-binary :all: --dest "$folder/wheels" \
+    mkl==$version intel-openmp==$version intel-cmplr-lib-rt==$version
+python3 - "$folder" "${wanted[@]}" <<'PYTHON'
+import pathlib, sys, zipfile
+folder, wanted = pathlib.Path(sys.argv[1]), set(sys.argv[2:])
+for wheel in (folder / "wheels").glob("*.whl"):
+    with zipfile.ZipFile(wheel) as archive:
+        for member in archive.namelist():
+            name = pathlib.PurePosixPath(member).name
+            if name.split(".so")[0] in wanted and ".so" in name:
+                (folder / name).write_bytes(archive.read(member))
+PYTHON
+rm -rf "$folder/wheels"
+# Our binary asks for these two names; the dynamic linker matches them by file name.
+library=$(basename "$folder"/libmkl_rt.so.*)
+ln -s "$library" "$folder/libblas.so.3"
+ln -s "$library" "$folder/liblapack.so.3"
+echo "$version" >"$folder/version"
+echo "$folder has MKL $version"
