@@ -32,8 +32,11 @@ BLA_EXPORT int blaC_get_num_threads()
         return MKL_Get_Max_Threads();
     if (openblas_get_num_threads)
         return openblas_get_num_threads();
-    if (bli_thread_get_num_threads)
-        return static_cast<int>(bli_thread_get_num_threads());
+    if (bli_thread_get_num_threads) {
+        // BLIS 0.9.0 says -1 as long as nobody has set a number, and then uses one thread.
+        const std::int64_t count = bli_thread_get_num_threads();
+        return count > 0 ? static_cast<int>(count) : 1;
+    }
     return 1;
 }
 
