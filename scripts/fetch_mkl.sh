@@ -8,9 +8,10 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 folder=${1:-$root/build/mkl}
 version=2026.2.0
 
-# The single dynamic library, what it loads by name with its default interface and threads, one kernel library per
-# generation of processors, and the run-time support library.
-wanted=(libmkl_rt libmkl_core libmkl_intel_lp64 libmkl_intel_thread libmkl_def libmkl_mc3 libmkl_avx2 libmkl_avx512
+# The single dynamic library, what it loads by name with its default interface and threads (those of libgomp where the
+# process has that already, as bla_solve does through METIS), one kernel library per generation of processors, and the
+# run-time support library.
+wanted=(libmkl_rt libmkl_core libmkl_intel_lp64 libmkl_intel_thread libmkl_gnu_thread libmkl_def libmkl_mc3 libmkl_avx2 libmkl_avx512
     libmkl_avx10 libiomp5 libirc)
 
 if [ "$(cat "$folder/version" 2>/dev/null)" = "$version" ]; then

@@ -63,6 +63,16 @@ TEST_F(Threads, GettingReturnsWhatTheLibraryReports)
     EXPECT_EQ(calls_in_all(), 1);
 }
 
+TEST_F(Threads, BlisThatWasToldNoNumberUsesOneThread)
+{
+    if (decides() != &thread_calls.blis)
+        return;
+    for (const int answer : {-1, 0}) {
+        thread_calls.blis.answer = answer;
+        EXPECT_EQ(blaC_get_num_threads(), 1);
+    }
+}
+
 TEST_F(Threads, GettingAfterSetting4ReturnsWhatTheLibraryReportsAndNot4)
 {
     blaC_set_num_threads(4);
