@@ -2,9 +2,10 @@
 # SPDX-License-Identifier: BSD-3-Clause
 # Installs what is missing, builds, and measures every kernel beside the plain loop, other libraries and the machine's
 # limits. Arguments go to benchmarks/report.py: ./bench.sh --families selim_small --svg curves.svg
+# Whole factorisations beside other solvers: ./bench.sh --end-to-end
 set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/prepare.sh
 install_packages build bench
-build build-bench -DBLA_BUILD_TESTS=OFF -DBLA_BUILD_EXAMPLES=OFF -DBLA_BUILD_BENCHMARKS=ON
+build build-bench -DBLA_BUILD_TESTS=OFF -DBLA_BUILD_BENCHMARKS=ON
 exec python3 benchmarks/report.py build-bench/bin/bla_bench "$@"

@@ -3,10 +3,12 @@
 
 usage: report.py BENCHMARK [--families REGEX] [--repetitions N] [--threads N] [--json FILE] [--markdown FILE]
                  [--svg FILE]
+       report.py BENCHMARK --end-to-end [--threads N] [--repetitions N]
 
 A line is one family and size. Its variants run in one process of their own, interleaved at random, several times; the
 best of each counts. Prints every line with the ratios kernel/peer, the targets of targets.txt and whether they are
-reached. --json keeps the rates, --svg draws them over the size.
+reached. --json keeps the rates, --svg draws them over the size. --end-to-end compares whole factorisations instead, of
+elasticity and of the matrices in the folder BLA_TEST_DATA.
 """
 import argparse
 import collections
@@ -17,6 +19,8 @@ import subprocess
 import sys
 
 HERE = os.path.dirname(os.path.abspath(__file__))
+DATA = os.environ.get("BLA_TEST_DATA", os.path.join(HERE, "..", "..", "shared", "data"))
+STIFFNESS = ("nos3", "nos5", "bar_hex8", "msc01050", "bcsstk11", "bcsstk14", "bcsstk15", "bcsstk18", "s3rmt3m3")
 
 
 def read_targets():
@@ -125,6 +129,16 @@ def draw(path, results):
     figure.savefig(path)
 
 
+def compare_solvers(benchmark, repetitions, threads):
+    """Runs the comparison of whole factorisations and returns its exit status."""
+    program = os.path.join(os.path.dirname(benchmark), "bla_end_to_end")
+    files = [file for name in STIFFNESS if os.path.exists(file := os.path.join(DATA, name + ".mtx"))]
+    # CHOLMOD asks for four threads of its own, whatever OMP_NUM_THREADS says.
+    environment = os.environ | {"OMP_NUM_THREADS": str(threads), "OMP_THREAD_LIMIT": str(threads)}
+    return subprocess.run([program, f"--threads={threads}", f"--repetitions={repetitions}",
+                           "--cube=16", "--cube=24", "--cube=32", *files], env=environment).returncode
+
+
 def machine_name():
     for text in open("/proc/cpuinfo", encoding="utf-8"):
         if text.startswith("model name"):
@@ -138,10 +152,14 @@ def main():
     parser.add_argument("--families", default="", help="only lines that match this expression")
     parser.add_argument("--repetitions", type=int, default=9)
     parser.add_argument("--threads", type=int, default=1, help="threads of the BLAS")
+    parser.add_argument("--end-to-end", action="store_true", help="compare whole factorisations")
     parser.add_argument("--json", help="write the rates to this file")
     parser.add_argument("--markdown", help="write the table to this file")
     parser.add_argument("--svg", help="draw the curves into this file")
     arguments = parser.parse_args()
+
+    if arguments.end_to_end:
+        sys.exit(compare_solvers(arguments.program, arguments.repetitions, arguments.threads))
 
     targets = read_targets()
     lines = list_lines(arguments.program, arguments.families)
