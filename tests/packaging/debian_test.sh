@@ -45,6 +45,9 @@ grep -qx 'activate-noawait ldconfig' "control-$runtime/triggers" || fail "trigge
 lib=root/usr/lib/x86_64-linux-gnu
 [ -L "$lib/libZEFTOVBlaModule.so.1" ] || fail "the library is not in the distribution's directory"
 if dpkg-deb -c "$runtime" | grep -q 'include\|\.so$\|/bin/.'; then fail "development files in the runtime package"; fi
+for file in bin/bla_solve bin/bla_info share/man/man1/bla_solve.1.gz share/man/man1/bla_info.1.gz; do
+    dpkg-deb --fsys-tarfile "$tools" | tar -t | grep -x "./usr/$file" >/dev/null || fail "the tools package has no $file"
+done
 if find root/usr/share/man ! -type d ! -name '*.gz' | grep .; then fail "man pages that are not compressed"; fi
 if readelf -d root/usr/bin/* | grep -E 'RPATH|RUNPATH'; then fail "run path"; fi
 if readelf -S "$lib/libZEFTOVBlaModule.so.1" | grep -q debug_info; then fail "not stripped"; fi
@@ -60,3 +63,4 @@ echo "== as a new user"
 export PKG_CONFIG_PATH=$scratch/$lib/pkgconfig LD_LIBRARY_PATH=$scratch/$lib
 "$source/tests/packaging/run_manual.sh" "$source/docs/getting-started.md"
 root/usr/bin/bla_solve --mesh 4x2x2 --no-vtk | tail -n 4
+root/usr/bin/bla_info

@@ -20,7 +20,7 @@ echo "== what is there"
 (cd "$prefix" && find . ! -type d | sort)
 for file in "$lib/libZEFTOVBlaModule.so.1" "$prefix/include/TOVBlaModule.h" "$prefix/include/tovbla.f90" \
     "$lib/cmake/ZEFTOVBlaModule/ZEFTOVBlaModuleConfig.cmake" "$lib/pkgconfig/zeftovblamodule.pc" \
-    "$lib"/fortran/gfortran-mod-*/tovbla.mod "$prefix/share/man/man1/bla_solve.1"; do
+    "$lib"/fortran/gfortran-mod-*/tovbla.mod "$prefix"/bin/bla_{solve,info} "$prefix"/share/man/man1/bla_{solve,info}.1; do
     [ -e "$file" ] || fail "not installed: $file"
 done
 objdump -p "$lib/libZEFTOVBlaModule.so" | grep -q 'SONAME *libZEFTOVBlaModule.so.1$' || fail "soname"
@@ -72,5 +72,7 @@ if [ -e "$build/manual/done" ]; then
     [ -e "$prefix/share/doc/ZEFTOVBlaModule/html/index.html" ] || fail "no HTML manual"
 fi
 
-echo "== bla_solve, without help from the environment"
+echo "== the programs, without help from the environment"
 (unset LD_LIBRARY_PATH && cd "$scratch" && "$prefix/bin/bla_solve" --mesh 4x2x2 --no-vtk)
+(unset LD_LIBRARY_PATH && "$prefix/bin/bla_info") | tee "$scratch/info"
+grep -qF "$(realpath "$lib/libZEFTOVBlaModule.so")" "$scratch/info" || fail "bla_info runs on another library"
