@@ -114,7 +114,8 @@ TEST(Loading, ManyCyclesOfLoadingAndUnloadingLeakNothing)
     EXPECT_LT(resident_kilobytes(), after_warming + 1024) << "kilobytes";
 }
 
-TEST(Stack, EveryRoutineFitsIntoAThreadWith256KiB)
+// Those that call the BLAS, the rest: digest.on_a_stack_of_256_KiB.
+TEST(Stack, TheRoutinesFitIntoAThreadWith256KiB)
 {
     const std::uint64_t expected = workload(7);
     struct Result

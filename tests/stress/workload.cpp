@@ -58,8 +58,14 @@ std::uint64_t workload(std::uint64_t seed, Lookup lookup)
 {
     ROUTINE(blac_selim_);
     ROUTINE(blac_selim_reg_);
+    ROUTINE(blaC_selimC);
     ROUTINE(blac_uelim_);
+    ROUTINE(blac_uelim_reg_);
     ROUTINE(blac_dgemm_scaled_);
+    ROUTINE(blac_dgemm_scaled2_);
+    ROUTINE(blac_dsyrk_scaled_);
+    ROUTINE(blac_dsyrk_scaled2_);
+    ROUTINE(blac_dhamm_);
     ROUTINE(blac_scale_);
     ROUTINE(blac_datcpy_);
     ROUTINE(blac_addtriblock_);
@@ -89,11 +95,25 @@ std::uint64_t workload(std::uint64_t seed, Lookup lookup)
     a = data.front(n);
     blac_uelim_(&n, &nb, &tol, a.data(), &n, d.data(), dinv.data());
     data.take(a), data.take(dinv);
+    a = data.front(n);
+    blac_uelim_reg_(&n, &nb, a.data(), &n, d.data(), dinv.data(), tols.data(), negpiv.data(), reg.data(),
+                    dcorr.data());
+    data.take(a), data.take(dcorr);
+    Vector packed = data.vector(n * n + 2 * n + nb * nb); // block columns, each from its diagonal block down
+    for (int q = 0, column = 0; q * nb < n; column += (n - q * nb) * nb, ++q)
+        for (int i = 0; i < nb && q * nb + i < n; ++i)
+            packed[static_cast<std::size_t>(column + i * (n - q * nb + 1))] += 2.0 * n;
+    blaC_selimC(n, nb, tol, packed.data());
+    data.take(packed);
 
     const Vector x = data.vector(n * n), y = data.vector(n * n);
     Vector z = data.vector(n * n);
     blac_dgemm_scaled_("N", "T", &n, &n, &n, &one, x.data(), &n, y.data(), &n, &one, z.data(), &n, x.data(),
                        &n);
+    blac_dgemm_scaled2_("T", "N", &n, &n, &n, &one, x.data(), &n, y.data(), &n, &one, z.data(), &n, d.data());
+    blac_dsyrk_scaled_(&nb, &n, &n, &one, x.data(), &n, y.data(), &n, &one, z.data(), &n, d.data());
+    blac_dsyrk_scaled2_(&nb, &n, &n, &one, x.data(), &n, &one, z.data(), &n, y.data(), &n);
+    blac_dhamm_(&nb, &n, &n, &one, x.data(), &n, y.data(), &n, &one, z.data(), &n);
     data.take(z);
     blac_scale_(&n, &n, d.data(), x.data(), &n, z.data(), &n);
     data.take(z);

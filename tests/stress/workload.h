@@ -9,7 +9,7 @@ namespace stress {
 using Lookup = void* (*)(const char* name);
 void* linked(const char* name);
 
-/// Calls one routine of every kind, those that call the BLAS included, on arrays of its own drawn from the
+/// Calls one routine of every kind and all own ones that call the BLAS, on arrays of its own drawn from the
 /// seed. Returns a hash of all results: the same for the same seed, whoever else is at work.
 std::uint64_t workload(std::uint64_t seed, Lookup lookup = linked);
 
