@@ -1,5 +1,11 @@
 # SPDX-License-Identifier: BSD-3-Clause
-# Sourced by run.sh and test.sh: installs what packages.txt lists and this machine lacks.
+# Sourced by run.sh, test.sh and the scripts: installs what packages.txt lists and this machine lacks, and builds.
+
+# Where there is a ccache, builds go through it: the long checks build much of the same again and again.
+if command -v ccache >/dev/null; then
+    export CMAKE_C_COMPILER_LAUNCHER=${CMAKE_C_COMPILER_LAUNCHER-ccache}
+    export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
+fi
 
 # install_packages SECTION...: the packages of these sections of packages.txt
 install_packages() {
