@@ -39,6 +39,11 @@ MUTATIONS = [
      "const double multiplier = (Symmetric ? x[K][J] : x[J][K]) / x[K][K];", KERNELS),
     ("a fused multiply-add", PRIVATE + "elimination_tiles.h", "x[J][R] = x[J][R] - x[K][R] * multiplier;",
      "x[J][R] = __builtin_fma(-x[K][R], multiplier, x[J][R]);", KERNELS),
+    ("the strips that a walk leaves behind miss a pivot", PRIVATE + "elimination_tiles.h",
+     "fetch<Rows, 4>(t, i, j, last, packed);", "fetch<Rows, 4>(t, i, j, last - 1, packed);",
+     ("kernel_tests", "--gtest_filter=*OnLargeFronts*")),
+    ("the second walk does not begin at a whole strip", PRIVATE + "elimination_tiles.h",
+     "n - (beyond + Strip - 1) / Strip * Strip", "n - beyond", ("kernel_tests", "--gtest_filter=*OnLargeFronts*")),
     ("a tile is finished one pivot early", PRIVATE + "elimination_tiles.h", "if constexpr (K + 2 < W)",
      "if constexpr (K + 3 < W)", KERNELS),
     # scaling and copies
@@ -91,6 +96,11 @@ MUTATIONS = [
     ("the column of a refusal counts from 0", SOURCE + "blaC_cholupd.cpp", "static_cast<int>(k + 1)",
      "static_cast<int>(k)", KERNELS),
     ("a NaN norm is not refused", SOURCE + "blaC_dchdd.cpp", "if (!(norm < 1.0))", "if (norm >= 1.0)", KERNELS),
+    ("rows beyond the first block miss the first columns", SOURCE + "blaC_dchud.cpp",
+     "for (int64_t i = 0; i < first;", "for (int64_t i = ColumnGroup; i < first;",
+     ("kernel_tests", "--gtest_filter=Dchud*")),
+    ("rows beyond the first block miss the last columns", SOURCE + "blaC_dchdd.cpp",
+     "i >= 0; i -= ColumnGroup", "i > 0; i -= ColumnGroup", ("kernel_tests", "--gtest_filter=Dchdd*")),
     ("a rotation in the other order", SOURCE + "blaC_dchud.cpp", "p.xi * c - s * p.element", "s * p.element - p.xi * c",
      KERNELS),
     # sparse products
