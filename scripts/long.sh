@@ -3,7 +3,7 @@
 # All long checks, listed in tests/long/CMakeLists.txt. Arguments go to ctest.
 #
 #     scripts/long.sh                  in full: hours
-#     scripts/long.sh --short          the shortened forms
+#     scripts/long.sh --short          the shortened forms, which CI runs behind ./test.sh
 #     scripts/long.sh -R mutations     one of them
 set -euo pipefail
 cd "$(dirname "$0")/.."
