@@ -125,7 +125,7 @@ def main():
     if not chosen:
         sys.exit("no such mutation")
 
-    copy = Copy(options.build)
+    copy = Copy(os.path.abspath(options.build))
     for command in sorted({(p, tuple(a)) for m in chosen for p, a in split(m[4])}):
         copy.compile(command[0], check=True)
         if copy.fails(*command):
