@@ -3,6 +3,7 @@
 # Fetches the MKL run-time library and libirc.so into build/mkl, for the tests over MKL and for
 # scripts/with_blas.sh mkl. About 310 MB of Python wheels are downloaded once; nothing is installed.
 #   scripts/fetch_mkl.sh [FOLDER]
+# Status 77: the package index cannot be reached.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 folder=${1:-$root/build/mkl}
@@ -26,8 +27,16 @@ fi
 
 rm -rf "$folder"
 mkdir -p "$folder/wheels"
-python3 -m pip download --quiet --disable-pip-version-check --no-deps --only-binary :all: --dest "$folder/wheels" \
-    mkl==$version intel-openmp==$version intel-cmplr-lib-rt==$version
+if ! python3 -m pip download --quiet --disable-pip-version-check --no-deps --only-binary :all: --dest "$folder/wheels" \
+    mkl==$version intel-openmp==$version intel-cmplr-lib-rt==$version 2>"$folder/log"; then
+    cat "$folder/log" >&2
+    # Without an answer pip knows of no version at all; a version that is gone, or a file cut off, is another matter.
+    if grep -q 'connection broken by' "$folder/log" && grep -q '(from versions: none)' "$folder/log"; then
+        echo "skipped: the package index cannot be reached"
+        exit 77
+    fi
+    exit 1
+fi
 python3 - "$folder" "${wanted[@]}" <<'PYTHON'
 import pathlib, sys, zipfile
 folder, wanted = pathlib.Path(sys.argv[1]), set(sys.argv[2:])
@@ -38,7 +47,7 @@ for wheel in (folder / "wheels").glob("*.whl"):
             if name.split(".so")[0] in wanted and ".so" in name:
                 (folder / name).write_bytes(archive.read(member))
 PYTHON
-rm -rf "$folder/wheels"
+rm -rf "$folder/wheels" "$folder/log"
 # Our binary asks for these two names; the dynamic linker matches them by file name.
 library=$(basename "$folder"/libmkl_rt.so.*)
 ln -s "$library" "$folder/libblas.so.3"
