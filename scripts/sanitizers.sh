@@ -41,8 +41,9 @@ fuzz="fuzz_kernels fuzz_matrix_market fuzz_wrong_kernel"
 address() {
     leg address "-fsanitize=address,undefined -fno-sanitize-recover=all" \
         "sanitizer_probe frame_tests call_tests $fuzz elimination_call_tests
-        ${short:-kernel_tests property_tests}" \
-        "^(sanitizer|frame|calls|fuzz$([ "$short" ] || echo '|kernels|properties'))[.]"
+        ${short:-kernel_tests property_tests stress_tests facade_forwarding facade_registers facade_hidden
+            facade_blas_hidden facade_lapack_hidden facade_daxpby facade_edges facade_numbers}" \
+        "^(sanitizer|frame|calls|fuzz$([ "$short" ] || echo '|kernels|properties|stress|facade[.].*'))[.]"
 }
 
 clang() {
