@@ -133,8 +133,8 @@ def compare_solvers(benchmark, repetitions, threads):
     """Runs the comparison of whole factorisations and returns its exit status."""
     program = os.path.join(os.path.dirname(benchmark), "bla_end_to_end")
     files = [file for name in STIFFNESS if os.path.exists(file := os.path.join(DATA, name + ".mtx"))]
-    # CHOLMOD asks for four threads of its own, whatever OMP_NUM_THREADS says.
-    environment = os.environ | {"OMP_NUM_THREADS": str(threads), "OMP_THREAD_LIMIT": str(threads)}
+    # The threads are the BLAS's. CHOLMOD asks for four of its own, whatever OMP_NUM_THREADS says.
+    environment = os.environ | {"OMP_NUM_THREADS": "1", "OMP_THREAD_LIMIT": "1"}
     return subprocess.run([program, f"--threads={threads}", f"--repetitions={repetitions}",
                            "--cube=16", "--cube=24", "--cube=32", *files], env=environment).returncode
 
