@@ -18,6 +18,9 @@ double maxNorm(const double* x, int n)
     return norm;
 }
 
+// What rounding leaves of a residual.
+constexpr double roundingResidual = 0x1p-51;
+
 // r := b - A*x; returns the relative residual
 double residual(const SparseMatrix& a, double normA, const Vectors& b, const Vectors& x, Vectors& r)
 {
@@ -45,6 +48,7 @@ Refined solveRefined(const SparseMatrix& a, const Vectors& b, const std::functio
     apply(best.x);
     Vectors r(b.n, b.columns), x;
     best.residual = residual(a, normA, b, best.x, r);
+    bool known = false; // the correction is that of an answer which is right up to rounding
     for (int step = 1; step <= maxSteps && best.residual > 0.0; ++step) {
         apply(r);
         x = best.x;
@@ -55,7 +59,9 @@ Refined solveRefined(const SparseMatrix& a, const Vectors& b, const std::functio
                 x.column(j)[i] += r.column(j)[i];
         }
         const double reached = residual(a, normA, b, x, r);
-        best.correction = correction;
+        // Where nothing but rounding is left to correct, one correction may be small by chance.
+        best.correction = known ? std::max(best.correction, correction) : correction;
+        known = best.residual <= roundingResidual;
         if (!(reached < best.residual))
             break;
         const bool slow = reached > 0.5 * best.residual;

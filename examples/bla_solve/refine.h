@@ -10,7 +10,8 @@ struct Refined
 {
     Vectors x;
     double residual = 0.0;   // the largest over the columns of |b - A*x| / (|A|*|x| + |b|), maximum norms
-    double correction = 0.0; // size of the last correction beside x: what a further digit would change
+    double correction = 0.0; // size of a correction beside x: the last, or the largest by which only rounding
+                             // was corrected
     int steps = 0;
 };
 
