@@ -24,21 +24,13 @@ inline void trsm(char side, char uplo, char trans, char diag, int m, int n, cons
     blac_dtrsm_(&side, &uplo, &trans, &diag, &m, &n, &one, t, &ldt, b, &ldb);
 }
 
-// C := C - A*diag(d)*B^T, C of m rows and n columns
+// C := beta*C - A*diag(d)*B^T, C of m rows and n columns
 inline void subtractScaledProduct(int m, int n, int k, const double* a, int lda, const double* b, int ldb,
-                                  double* c, int ldc, const double* d)
+                                  double beta, double* c, int ldc, const double* d)
 {
     const char no = 'N', yes = 'T';
-    const double minus = -1.0, one = 1.0;
-    blac_dgemm_scaled2_(&no, &yes, &m, &n, &k, &minus, a, &lda, b, &ldb, &one, c, &ldc, d);
-}
-
-// lower triangle of C := -A*diag(d)*A^T, C of order n, in column blocks of width nb
-inline void negativeScaledSquare(int nb, int n, int k, const double* a, int lda, double* c, int ldc,
-                                 const double* d)
-{
-    const double minus = -1.0, zero = 0.0;
-    blac_dsyrk_scaled_(&nb, &n, &k, &minus, a, &lda, a, &lda, &zero, c, &ldc, d);
+    const double minus = -1.0;
+    blac_dgemm_scaled2_(&no, &yes, &m, &n, &k, &minus, a, &lda, b, &ldb, &beta, c, &ldc, d);
 }
 
 // A := diag(d)*A, A of m rows and n columns

@@ -5,10 +5,15 @@
 
 #include <algorithm>
 
-Factor::Factor(const Analysis& analysis, const SparseMatrix& a, const PivotRule& rule,
-               const Progress& progress)
-    : analysis_(analysis), symmetric_(a.symmetric), panels_(analysis.panelEntries),
-      rights_(symmetric_ ? 0 : analysis.rightEntries), d_(analysis.n), dinv_(analysis.n), local_(analysis.n)
+Factor::Factor(const Analysis& analysis, bool symmetric)
+    : analysis_(analysis), symmetric_(symmetric), panels_(analysis.panelEntries),
+      rights_(symmetric ? 0 : analysis.rightEntries), stack_{Workspace(analysis.stack[0]),
+                                                             Workspace(analysis.stack[1])},
+      d_(analysis.n), dinv_(analysis.n), local_(analysis.n)
+{
+}
+
+void Factor::factorise(const SparseMatrix& a, const PivotRule& rule, const Progress& progress)
 {
     const SparseMatrix columns = symmetric_ ? SparseMatrix() : transposed(a);
     // A tiny pivot keeps the side of zero on which its diagonal entry lay; one that started at zero goes
@@ -16,19 +21,18 @@ Factor::Factor(const Analysis& analysis, const SparseMatrix& a, const PivotRule&
     std::vector<int> negative(rule.shift > 0.0 ? a.n : 0, symmetric_ ? 1 : 0);
     std::vector<double> correction(negative.size(), 0.0);
     for (int k = 0; k < static_cast<int>(negative.size()); ++k) {
-        const int old = analysis.permutation[k];
+        const int old = analysis_.permutation[k];
         for (int p = a.start[old]; p < a.start[old + 1]; ++p)
             if (a.column[p] == old && a.value[p] != 0.0)
                 negative[k] = a.value[p] < 0.0;
     }
 
-    const Workspace even(analysis.stack[0]), odd(analysis.stack[1]);
-    double* const stack[2] = {even.get(), odd.get()};
+    double* const stack[2] = {stack_[0].get(), stack_[1].get()};
     std::vector<int> waiting[2]; // fronts whose contributions lie on each stack
     std::int64_t used[2] = {0, 0};
     double done = 0.0;
-    for (int f = 0; f < static_cast<int>(analysis.fronts.size()); ++f) {
-        const Front& front = analysis.fronts[f];
+    for (int f = 0; f < static_cast<int>(analysis_.fronts.size()); ++f) {
+        const Front& front = analysis_.fronts[f];
         const int parity = front.depth % 2;
         const FrontStorage storage =
             assemble(front, a, symmetric_ ? a : columns, stack[parity] + used[parity]);
@@ -36,11 +40,11 @@ Factor::Factor(const Analysis& analysis, const SparseMatrix& a, const PivotRule&
         const auto addChildren = [&](Part part) {
             const double* top = stack[1 - parity] + used[1 - parity];
             for (auto child = waiting[1 - parity].rbegin(); child != waiting[1 - parity].rend(); ++child) {
-                const Front& c = analysis.fronts[*child];
+                const Front& c = analysis_.fronts[*child];
                 if (c.parent != f)
                     break;
                 top -= static_cast<std::int64_t>(c.rest()) * c.rest();
-                extendAdd(part, storage, local_.data(), analysis.rowsOf(c) + c.pivots, c.rest(), top);
+                extendAdd(part, storage, local_.data(), analysis_.rowsOf(c) + c.pivots, c.rest(), top);
             }
         };
         addChildren(Part::factor);
@@ -53,8 +57,8 @@ Factor::Factor(const Analysis& analysis, const SparseMatrix& a, const PivotRule&
                                  storage.schur, pivots);
         addChildren(Part::schur);
         std::vector<int>& children = waiting[1 - parity];
-        for (; !children.empty() && analysis.fronts[children.back()].parent == f; children.pop_back()) {
-            const std::int64_t rest = analysis.fronts[children.back()].rest();
+        for (; !children.empty() && analysis_.fronts[children.back()].parent == f; children.pop_back()) {
+            const std::int64_t rest = analysis_.fronts[children.back()].rest();
             used[1 - parity] -= rest * rest;
         }
         if (front.parent >= 0) {
@@ -62,7 +66,7 @@ Factor::Factor(const Analysis& analysis, const SparseMatrix& a, const PivotRule&
             waiting[parity].push_back(f);
         }
         if (progress)
-            progress((done += front.flops()) / std::max(analysis.flops, 1.0));
+            progress((done += front.flops()) / std::max(analysis_.flops, 1.0));
     }
     countPivots(correction);
 }
@@ -110,6 +114,7 @@ FrontStorage Factor::assemble(const Front& front, const SparseMatrix& a, const S
 
 void Factor::countPivots(const std::vector<double>& corrections)
 {
+    positive_ = negative_ = treated_ = 0;
     for (int k = 0; k < analysis_.n; ++k) {
         if (d_[k] == 1.0e36 || (!corrections.empty() && corrections[k] != 0.0))
             ++treated_;

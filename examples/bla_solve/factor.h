@@ -15,8 +15,11 @@ using Progress = std::function<void(double)>;
 class Factor
 {
 public:
-    // Symmetric if `a` says so. The analysis must outlive the factor.
-    Factor(const Analysis& analysis, const SparseMatrix& a, const PivotRule& rule, const Progress& progress);
+    // Takes the memory. The analysis must outlive the factor.
+    Factor(const Analysis& analysis, bool symmetric);
+
+    // `a` has the pattern that was analysed. May be called again, for other values or another rule.
+    void factorise(const SparseMatrix& a, const PivotRule& rule, const Progress& progress);
 
     // X := A^-1 * X
     void solve(Vectors& x) const;
@@ -38,6 +41,7 @@ private:
     const Analysis& analysis_;
     bool symmetric_;
     Workspace panels_, rights_;
+    Workspace stack_[2]; // contributions that wait for their parents
     std::vector<double> d_, dinv_;
     std::vector<int> local_; // position of a row in the front being assembled
     int positive_ = 0, negative_ = 0, treated_ = 0;

@@ -17,20 +17,37 @@ int panelWidth(const PivotRule& rule, int pivots, int unblocked)
     return pivots <= unblocked ? pivots : pivots <= 1400 ? 32 : pivots <= 3000 ? 48 : 96;
 }
 
-// The column width of the update of `rest` rows by p pivots: products of at most about 10^6 multiplications
-// take a faster path of OpenBLAS; where that is out of reach, wide blocks are better.
-int updateWidth(int rest, int pivots)
+// Calls product(j, width, l, depth) for every piece of a product of m rows, n columns and inner dimension k:
+// columns j ... j + width - 1, inner indices l ... l + depth - 1, l ascending for each j. Up to 10^6
+// multiplications OpenBLAS takes a path without packing that is faster by up to a half. Where pieces of that
+// size would be too thin, wide ones are better.
+template <class Product>
+void inPieces(int m, int n, int k, Product product)
 {
-    return static_cast<std::int64_t>(rest) * pivots <= 40000 ? 32 : rest < 1400 ? 96 : 128;
+    constexpr int fast = 1000000, narrow = 24, least = 32;
+    const bool small = m <= fast / (narrow * least);
+    const int width = small ? narrow : 128;
+    const int depth = small ? std::min(fast / (narrow * std::max(m, 1)) / 8 * 8, 96) : std::max(k, 1);
+    for (int j = 0; j < n; j += width)
+        for (int l = 0; l < k; l += depth)
+            product(j, std::min(width, n - j), l, std::min(depth, k - l));
 }
 
-// Panels are solved with the inverses of small triangles: such products are about twice as fast as OpenBLAS's
-// triangular solves with narrow right-hand sides.
+// Panels are solved with the inverses of small triangles: with many rows that is about twice as fast as
+// OpenBLAS's triangular solves.
 constexpr int solveBlock = 32;
+constexpr bool worthInverting(int triangle, int others)
+{
+    return others >= 3 * triangle;
+}
 
 // B := B * U^-1, U upper triangular of order n <= solveBlock with unit diagonal, B of m rows
 void solveByUpperUnit(int m, int n, const double* u, int ldu, double* b, int ldb)
 {
+    if (!worthInverting(n, m)) {
+        dense::trsm('R', 'U', 'N', 'U', m, n, u, ldu, b, ldb);
+        return;
+    }
     double inverse[solveBlock * solveBlock];
     for (int j = 0; j < n; ++j)
         std::copy_n(u + static_cast<std::int64_t>(ldu) * j, j, inverse + n * j);
@@ -41,6 +58,10 @@ void solveByUpperUnit(int m, int n, const double* u, int ldu, double* b, int ldb
 // B := L^-1 * B, L lower triangular of order m <= solveBlock, B of n columns
 void solveByLower(int m, int n, const double* l, int ldl, double* b, int ldb)
 {
+    if (!worthInverting(m, n)) {
+        dense::trsm('L', 'L', 'N', 'N', m, n, l, ldl, b, ldb);
+        return;
+    }
     double inverse[solveBlock * solveBlock];
     for (int j = 0; j < m; ++j)
         std::copy_n(l + j + static_cast<std::int64_t>(ldl) * j, m - j, inverse + j + m * j);
@@ -75,21 +96,26 @@ void eliminateSymmetric(const PivotRule& rule, int pivots, int rest, double* pan
     if (rest == 0)
         return;
 
+    const auto at = [&](int i, int j) { return i + static_cast<std::int64_t>(order) * j; };
     // L21*D := F21 * L11^-T, block by block: each diagonal panel of F11 holds its L^T above the diagonal.
     for (int start = 0; start < pivots; start += nb)
         for (int j = start; j < std::min(start + nb, pivots); j += solveBlock) {
             const int width = std::min({solveBlock, start + nb - j, pivots - j});
             const int later = pivots - j - width;
-            const double* diagonal = panel + j + static_cast<std::int64_t>(order) * j;
-            double* rows = panel + pivots + static_cast<std::int64_t>(order) * j;
+            const double* diagonal = panel + at(j, j);
+            double* rows = panel + at(pivots, j);
             solveByUpperUnit(rest, width, diagonal, order, rows, order);
-            if (later > 0)
-                dense::subtractScaledProduct(rest, later, width, rows, order, diagonal + width, order,
-                                             rows + static_cast<std::int64_t>(order) * width, order,
-                                             out.dinv + j);
+            inPieces(rest, later, width, [&](int k, int columns, int l, int depth) {
+                dense::subtractScaledProduct(rest, columns, depth, rows + at(0, l), order,
+                                             diagonal + at(width + k, l), order, 1.0, rows + at(0, width + k),
+                                             order, out.dinv + j + l);
+            });
         }
-    dense::negativeScaledSquare(updateWidth(rest, pivots), rest, pivots, panel + pivots, order, schur, rest,
-                                out.dinv);
+    inPieces(rest, rest, pivots, [&](int j, int columns, int l, int depth) {
+        const double* rows = panel + at(pivots + j, l);
+        dense::subtractScaledProduct(rest - j, columns, depth, rows, order, rows, order, l == 0 ? 0.0 : 1.0,
+                                     schur + j + static_cast<std::int64_t>(rest) * j, rest, out.dinv + l);
+    });
 }
 
 void eliminateUnsymmetric(const PivotRule& rule, int pivots, int rest, double* panel, double* right,
@@ -121,5 +147,9 @@ void eliminateUnsymmetric(const PivotRule& rule, int pivots, int rest, double* p
             dense::gemm('N', 'N', later, rest, width, -1.0, at(next, j), order, right + j, pivots, 1.0,
                         right + next, pivots);
     }
-    dense::gemm('N', 'N', rest, rest, pivots, -1.0, at(pivots, 0), order, right, pivots, 0.0, schur, rest);
+    inPieces(rest, rest, pivots, [&](int j, int columns, int l, int depth) {
+        dense::gemm('N', 'N', rest, columns, depth, -1.0, at(pivots, l), order,
+                    right + l + static_cast<std::int64_t>(pivots) * j, pivots, l == 0 ? 0.0 : 1.0,
+                    schur + static_cast<std::int64_t>(rest) * j, rest);
+    });
 }

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <memory>
 #include <random>
 
 namespace {
@@ -54,8 +55,11 @@ public:
     void attempt(double shift)
     {
         Stopwatch watch;
-        const Factor factor(analysis_, equilibrated_.matrix, {options_.tolerance, shift, options_.nb},
-                            [&](double share) { monitor_("factorising", share); });
+        if (!factor_)
+            factor_ = std::make_unique<Factor>(analysis_, equilibrated_.matrix.symmetric);
+        Factor& factor = *factor_;
+        factor.factorise(equilibrated_.matrix, {options_.tolerance, shift, options_.nb},
+                         [&](double share) { monitor_("factorising", share); });
         Phase factorisation{watch.lap(), factor.flops()}, solution;
         monitor_("solving", 0.0);
         const auto timed = [&](Vectors& x) {
@@ -151,6 +155,7 @@ private:
     const Monitor& monitor_;
     Equilibrated equilibrated_;
     Analysis analysis_;
+    std::unique_ptr<Factor> factor_;
     bool answered_ = false;
     int quality_ = 0; // 0: the residual is too large, 1: the matrix seems singular, 2: good
 };
