@@ -7,11 +7,50 @@ namespace {
 
 typedef double vector4 __attribute__((vector_size(32)));
 
-// Keeps a value in a register and the compiler from knowing it.
+// Keeps a value in a register and the compiler from knowing it: nothing is folded or taken out of the loop.
 [[gnu::always_inline, gnu::target("avx2")]] inline void opaque(vector4& x)
 {
     __asm__ volatile("" : "+x"(x));
 }
+
+// The vectors of a round, one member each: an array would be left in memory.
+template <int Count>
+struct Vectors
+{
+    vector4 value;
+    Vectors<Count - 1> others;
+
+    [[gnu::always_inline, gnu::target("avx2")]] void fill(vector4 x)
+    {
+        value = x;
+        opaque(value);
+        others.fill(x);
+    }
+    [[gnu::always_inline, gnu::target("avx2")]] void multiply_subtract(vector4 x, vector4& y)
+    {
+        opaque(y);
+        value = value - x * y;
+        opaque(value);
+        others.multiply_subtract(x, y);
+    }
+    [[gnu::always_inline, gnu::target("avx2")]] void divide(vector4& x)
+    {
+        opaque(x);
+        value = x / value;
+        opaque(value);
+        others.divide(x);
+    }
+    double total() const { return value[0] + others.total(); }
+};
+
+template <>
+struct Vectors<0>
+{
+    void fill(vector4) {}
+    void multiply_subtract(vector4, vector4&) {}
+    void divide(vector4&) {}
+    double total() const { return 0; }
+};
 
 } // namespace
 
@@ -19,43 +58,22 @@ namespace limit {
 
 [[gnu::target("avx2")]] double multiply_subtract(int rounds)
 {
-    vector4 sum[12], x = {1e-9, 1e-9, 1e-9, 1e-9}, y = {1.0, 1.0, 1.0, 1.0};
-    for (vector4& s : sum) {
-        s = y;
-        opaque(s);
-    }
-    for (int round = 0; round < rounds; ++round) {
-        opaque(x);
-#pragma GCC unroll 12
-        for (vector4& s : sum) {
-            s = s - x * y;
-            opaque(s);
-        }
-    }
-    double total = 0;
-    for (const vector4& s : sum)
-        total += s[0];
-    return total;
+    vector4 x = {1e-9, 1e-9, 1e-9, 1e-9}, y = {1.0, 1.0, 1.0, 1.0};
+    Vectors<12> sums;
+    sums.fill(y);
+    for (int round = 0; round < rounds; ++round)
+        sums.multiply_subtract(x, y);
+    return sums.total();
 }
 
 [[gnu::target("avx2")]] double divide(int rounds)
 {
-    vector4 q[8], y = {1.0, 1.0, 1.0, 1.0};
-    for (vector4& s : q) {
-        s = y;
-        opaque(s);
-    }
-    for (int round = 0; round < rounds; ++round) {
-#pragma GCC unroll 8
-        for (vector4& s : q) {
-            s = s / y;
-            opaque(s);
-        }
-    }
-    double total = 0;
-    for (const vector4& s : q)
-        total += s[0];
-    return total;
+    vector4 x = {1.5, 1.5, 1.5, 1.5};
+    Vectors<8> quotients;
+    quotients.fill(x);
+    for (int round = 0; round < rounds; ++round)
+        quotients.divide(x);
+    return quotients.total();
 }
 
 } // namespace limit

@@ -70,7 +70,7 @@ def describe(line, rates, targets):
     best = best_variant(rates)
     ours = rates[best]
     others = {v: r for v, r in rates.items() if v != best and not v.startswith("nb") and v != "vector"}
-    ratios = "  ".join(f"{v} {ours / r:.2f}" for v, r in others.items())
+    ratios = "  ".join(f"{v} {ours / r:.2f}" for v, r in sorted(others.items()))
     wanted = targets.get(line, {})
     missed = [f"{peer} {ratio:g}" for peer, ratio in wanted.items() if ours / rates[peer] < ratio]
     verdict = "" if not wanted else "reached" if not missed else "MISSED " + ", ".join(missed)

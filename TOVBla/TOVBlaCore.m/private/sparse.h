@@ -15,14 +15,16 @@ struct CompressedRows
     const real* value;
 };
 
-/// Entries lie far apart in time from one another where the matrix is larger than the cache: asks for those
-/// that come Ahead entries after start..end-1. A prefetch cannot fault, wherever the row pointers lead.
+/// Entries lie far apart in time from one another where the matrix is larger than the cache, so those that
+/// come this many entries later are asked for. A prefetch cannot fault, wherever the row pointers lead.
+constexpr int64_t EntriesAhead = 512;
+constexpr int64_t ValuesPerLine = 64 / sizeof(real), ColumnsPerLine = 64 / sizeof(integer);
+
 BLA_BODY void prefetch_entries(const CompressedRows& a, int64_t start, int64_t end)
 {
-    constexpr int64_t Ahead = 512, Line = 64;
-    for (int64_t p = start + Ahead; p < end + Ahead; p += Line / sizeof *a.value)
+    for (int64_t p = start + EntriesAhead; p < end + EntriesAhead; p += ValuesPerLine)
         __builtin_prefetch(a.value + p);
-    for (int64_t p = start + Ahead; p < end + Ahead; p += Line / sizeof *a.column)
+    for (int64_t p = start + EntriesAhead; p < end + EntriesAhead; p += ColumnsPerLine)
         __builtin_prefetch(a.column + p);
 }
 

@@ -19,7 +19,7 @@ struct Rotation
 
 /// Turns `rows` elements of x into as many rows of Columns columns, one column after the other.
 template <Kind K, int Columns>
-BLA_BODY void turn(real* l, int64_t step, real* x, int64_t rows, const Rotation* rotations)
+BLA_BODY void turn_rows(real* l, int64_t step, real* x, int64_t rows, const Rotation* rotations)
 {
     double t[Columns], c[Columns];
     for (int q = 0; q < Columns; ++q) {
@@ -37,6 +37,22 @@ BLA_BODY void turn(real* l, int64_t step, real* x, int64_t rows, const Rotation*
         }
         x[i] = xi;
     }
+}
+
+/// The same, asking meanwhile for as many columns that come next, a cache line of each at a time: a column is
+/// too short for the processor to notice by itself that it is being read. A prefetch cannot fault, behind the
+/// last column neither.
+template <Kind K, int Columns>
+BLA_BODY void turn(real* l, int64_t step, real* x, int64_t rows, const Rotation* rotations)
+{
+    constexpr int64_t Line = 64 / sizeof *l;
+    int64_t i = 0;
+    for (; i + Line <= rows; i += Line) {
+        for (int64_t q = Columns; q < 2 * Columns; ++q)
+            __builtin_prefetch(l + q * step + i, 1);
+        turn_rows<K, Columns>(l + i, step, x + i, Line, rotations);
+    }
+    turn_rows<K, Columns>(l + i, step, x + i, rows - i, rotations);
 }
 
 /// Takes the columns first..last-1 of a factor of order n; returns the number of the one that was

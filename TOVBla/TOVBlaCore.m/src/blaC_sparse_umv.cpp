@@ -17,12 +17,19 @@ static void add_entries(const CompressedRows& a, int64_t start, int64_t end, con
     pair sums[Pairs];
     for (int c = 0; c < Pairs; ++c)
         sums[c] = pair{sum[2 * c], sum[2 * c + 1 < Columns ? 2 * c + 1 : 2 * c]};
-    for (int64_t p = start; p < end; ++p) {
-        const double value = a.value[p];
-        const real* const xp = x + a.column[p];
-        for (int64_t c = 0; c < Pairs; ++c)
-            sums[c] +=
-                pair{value, value} * pair{xp[2 * c * n], xp[(2 * c + 1 < Columns ? 2 * c + 1 : 2 * c) * n]};
+    for (int64_t first = start; first < end; first += ValuesPerLine) {
+        if (Columns > 2) { // narrower blocks ask for whole rows
+            __builtin_prefetch(a.value + first + EntriesAhead);
+            __builtin_prefetch(a.column + first + EntriesAhead);
+        }
+        const int64_t last = first + ValuesPerLine < end ? first + ValuesPerLine : end;
+        for (int64_t p = first; p < last; ++p) {
+            const double value = a.value[p];
+            const real* const xp = x + a.column[p];
+            for (int64_t c = 0; c < Pairs; ++c)
+                sums[c] += pair{value, value} *
+                           pair{xp[2 * c * n], xp[(2 * c + 1 < Columns ? 2 * c + 1 : 2 * c) * n]};
+        }
     }
     for (int c = 0; c < Columns; ++c)
         sum[c] = sums[c / 2][c % 2];
@@ -68,7 +75,8 @@ BLA_EXPORT void blac_sparse_umv_(const real* a, const real* x, const integer* ia
             }
         for (; i < rows; ++i) {
             double sum[W] = {};
-            prefetch_entries(matrix, ia[i], ia[i + 1]);
+            if (W <= 2)
+                prefetch_entries(matrix, ia[i], ia[i + 1]);
             add_entries(matrix, ia[i], ia[i + 1], xk, columns, sum);
             for (int c = 0; c < W; ++c)
                 yk[i + c * rows] = sum[c];
