@@ -25,7 +25,8 @@ struct Job
 /// runs.
 void add(const std::string& name, double work, std::function<Job()> make);
 
-/// Memory that starts at a page: cases of one line differ in code, not in the luck of their addresses.
+/// Memory at the same place within a page for every case: they differ in code, not in the luck of their
+/// addresses.
 class Array
 {
 public:
