@@ -2,8 +2,8 @@
 # SPDX-License-Identifier: BSD-3-Clause
 # All long checks, listed in tests/long/CMakeLists.txt. Arguments go to ctest.
 #
-#     scripts/long.sh                  in full: hours
-#     scripts/long.sh --short          the shortened forms, which CI runs behind ./test.sh
+#     scripts/long.sh                  in full: more than an hour
+#     scripts/long.sh --short          the shortened forms, which CI runs behind ./test.sh: 20 minutes
 #     scripts/long.sh -R mutations     one of them
 set -euo pipefail
 cd "$(dirname "$0")/.."
