@@ -48,9 +48,11 @@ for wheel in (folder / "wheels").glob("*.whl"):
                 (folder / name).write_bytes(archive.read(member))
 PYTHON
 rm -rf "$folder/wheels" "$folder/log"
-# Our binary asks for these two names; the dynamic linker matches them by file name.
+# Our binary asks for the first two names, which the dynamic linker matches by file name; a build that names MKL asks
+# for the third.
 library=$(basename "$folder"/libmkl_rt.so.*)
 ln -s "$library" "$folder/libblas.so.3"
 ln -s "$library" "$folder/liblapack.so.3"
+ln -s "$library" "$folder/libmkl_rt.so"
 echo "$version" >"$folder/version"
 echo "$folder has MKL $version"
