@@ -13,6 +13,9 @@ void dsytrf_(const char* uplo, const int* n, double* a, const int* lda, int* piv
 void dgemm_(const char* transa, const char* transb, const int* m, const int* n, const int* k,
             const double* alpha, const double* a, const int* lda, const double* b, const int* ldb,
             const double* beta, double* c, const int* ldc, std::size_t, std::size_t);
+void dsyrk_(const char* uplo, const char* trans, const int* n, const int* k, const double* alpha,
+            const double* a, const int* lda, const double* beta, double* c, const int* ldc, std::size_t,
+            std::size_t);
 void dscal_(const int* n, const double* alpha, double* x, const int* incx);
 void daxpy_(const int* n, const double* alpha, const double* x, const int* incx, double* y, const int* incy);
 // Two rank-one updates of a Cholesky factor R, upper triangular, by qrupdate.

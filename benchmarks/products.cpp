@@ -71,6 +71,24 @@ void add_products()
             dgemm_("N", "N", &p.m, &p.n, &p.k, &One, p.a, &p.m, p.b, &p.k, &One, p.c, &p.m, 1, 1);
         });
     }
+    // The lower trapezoid over the width of its column blocks; the work is that of the triangle.
+    const int updates[][2] = {{300, 32}, {300, 150}, {1000, 32}, {1000, 300}, {2000, 96}, {2000, 600}};
+    for (const auto& [n, k] : updates) {
+        const std::string line = "dsyrk_scaled/" + std::to_string(n) + 'x' + std::to_string(k) + '/';
+        const double flops = 1.0 * n * n * k;
+        const auto add_update = [&](const std::string& variant, std::function<void(Product&)> run) {
+            add(line + variant, flops, [n = n, k = k, run] {
+                auto product = std::make_shared<Product>(n, n, k);
+                return Job{[] {}, [=] { run(*product); }};
+            });
+        };
+        for (int nb : {24, 32, 48, 64, 96, 128, 192})
+            add_update("nb" + std::to_string(nb), [nb](Product& p) {
+                blac_dsyrk_scaled_(&nb, &p.n, &p.k, &One, p.a, &p.n, p.a, &p.n, &One, p.c, &p.n, p.d);
+            });
+        add_update("dsyrk",
+                   [](Product& p) { dsyrk_("L", "N", &p.n, &p.k, &One, p.a, &p.n, &One, p.c, &p.n, 1, 1); });
+    }
     add_product("facade/4x4x4/kernel", 4, 4, 4, [](Product& p) {
         blac_dgemm_("N", "T", &p.m, &p.n, &p.k, &One, p.a, &p.m, p.b, &p.n, &One, p.c, &p.m);
     });

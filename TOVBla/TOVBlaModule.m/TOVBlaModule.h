@@ -1276,6 +1276,9 @@ void blac_dgemm_scaled2_(const char* transa, const char* transb, const int* m, c
  * first column down to n, in one blac_dgemm_scaled2_. So the diagonal blocks are formed in full, upper
  * triangles included, and nothing above them is read or written. n = 0 makes one call with empty dimensions,
  * which `dgemm_` rejects.
+ *
+ * Speed (OpenBLAS): nb of 24 to 32 while n·nb·k stays below 10^6, which is a faster path of its matrix product;
+ * otherwise 96, and up to 192 from n of about 2000. With two threads 96 from n of about 1000 on, whatever k.
  * @param nb    width of the column blocks; must not be 0; negative: one block of width n
  * @param n     order of C, rows of A and B
  * @param k     columns of A and B, order of D
@@ -1386,7 +1389,8 @@ void blac_selim_small_reg_(const int* n, double* a, const int* lda, double* d, d
  * multipliers stand above the diagonal inside the diagonal blocks only; above those nothing is read or
  * written.
  *
- * Speed (one thread, OpenBLAS): nb >= n up to an order of about 256, then 32 to 48, from 4000 on 96 to 192.
+ * Speed (OpenBLAS): nb >= n up to an order of about 256, then with one thread 32 to 48, from 4000 on 96 to
+ * 192; with two threads 48 to 96 up to 500, 96 beyond.
  *
  * Results depend on nb in their last bits. The panel count is a truncating division: n = 0, -1 ... 1 - nb are
  * not empty here but eliminate a block of order nb + n; do not pass them.
@@ -1474,7 +1478,8 @@ void blac_uelim_small_reg_(const int* n, double* a, const int* lda, double* d, d
  * `dtrsm_`("L","L","N","N") makes U of the columns to the right; `dgemm_` subtracts their product from the
  * square behind. Storage as in blac_uelim_small_, over the whole front.
  *
- * Speed (one thread, OpenBLAS): nb >= n up to an order of about 256, then 32 to 48, from 4000 on 96 to 192.
+ * Speed (OpenBLAS): nb >= n up to an order of about 256, then with one thread 32 to 48, from 4000 on 96 to
+ * 192; with two threads 48 to 96 up to 500, 96 beyond.
  *
  * Results depend on nb in their last bits. The panel count is a truncating division: n = 0, -1 ... 1 - nb are
  * not empty here but eliminate a block of order nb + n; do not pass them.
