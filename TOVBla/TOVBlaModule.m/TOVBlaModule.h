@@ -1277,8 +1277,9 @@ void blac_dgemm_scaled2_(const char* transa, const char* transb, const int* m, c
  * triangles included, and nothing above them is read or written. n = 0 makes one call with empty dimensions,
  * which `dgemm_` rejects.
  *
- * Speed (OpenBLAS): nb of 24 to 32 while n·nb·k stays below 10^6, which is a faster path of its matrix product;
- * otherwise 96, and up to 192 from n of about 2000. With two threads 96 from n of about 1000 on, whatever k.
+ * Speed (OpenBLAS): nb of 24 to 32 while n·nb·k stays below 10^6, which is a faster path of its matrix
+ * product; otherwise 96, and up to 192 from n of about 2000. With two threads 96 from n of about 1000 on,
+ * whatever k.
  * @param nb    width of the column blocks; must not be 0; negative: one block of width n
  * @param n     order of C, rows of A and B
  * @param k     columns of A and B, order of D
