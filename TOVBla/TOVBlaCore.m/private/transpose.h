@@ -73,11 +73,9 @@ BLA_BODY int64_t smaller(int64_t a, int64_t b)
 
 /// The m×n matrix D := Sᵀ, or D + Sᵀ if `add` (a constant); S is n×m and does not overlap D.
 template <int Lanes>
-BLA_BODY void transpose(bool add, int64_t m, int64_t n, const real* s, int64_t s_step, real* d,
-                        int64_t d_step)
+BLA_BODY void transpose_bands(bool add, int64_t m, int64_t n, const real* s, int64_t s_step, real* d,
+                              int64_t d_step)
 {
-    if (m < 1 || n < 1)
-        return;
     const int64_t tiled_m = m - m % TileOrder, tiled_n = n - n % TileOrder;
     for (int64_t band = 0; band < tiled_n; band += BandColumns) {
         const int64_t band_end = smaller(band + BandColumns, tiled_n);
@@ -94,4 +92,29 @@ BLA_BODY void transpose(bool add, int64_t m, int64_t n, const real* s, int64_t s
     for (int64_t j = tiled_n; j < n; ++j) // the columns right of them
         for (int64_t i = 0; i < m; ++i)
             put(add, d + j * d_step + i, s[i * s_step + j]);
+}
+
+/// Elements from p up to the start of a cache line.
+BLA_BODY int64_t before_line(const real* p)
+{
+    return static_cast<int64_t>(-reinterpret_cast<__UINTPTR_TYPE__>(p) % 64 / sizeof *p);
+}
+
+/// The same, with strips in front where the arrays do not start with a cache line, so that no line is wanted
+/// by two bands and no store lies across two lines.
+template <int Lanes>
+BLA_BODY void transpose(bool add, int64_t m, int64_t n, const real* s, int64_t s_step, real* d,
+                        int64_t d_step)
+{
+    const bool small = m * n < 2048; // the strips would cost more than they save
+    const int64_t top = small ? 0 : before_line(d), left = small ? 0 : before_line(s);
+    int64_t height, width;
+    for (int64_t i = 0; i < m; i += height) {
+        height = i < top ? smaller(top, m) : m - i;
+        for (int64_t j = 0; j < n; j += width) {
+            width = j < left ? smaller(left, n) : n - j;
+            transpose_bands<Lanes>(add, height, width, s + i * s_step + j, s_step, d + j * d_step + i,
+                                   d_step);
+        }
+    }
 }

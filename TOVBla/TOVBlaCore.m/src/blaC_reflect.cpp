@@ -10,8 +10,11 @@ BLA_TIERS_VA(blac_reflect_, (const char* uplo, const int* n, real* a, const int*
     if (!lower && !upper)
         return;
     const int64_t order = *n, step = *lda;
-    for (int64_t j = 0; j < order; j += BandColumns) { // bands of destination columns
-        const int64_t width = smaller(BandColumns, order - j), rest = order - j - width;
+    int64_t width;
+    for (int64_t j = 0; j < order; j += width) { // bands of destination columns
+        width = before_line(a + j);
+        width = smaller(width > 0 ? width : BandColumns, order - j);
+        const int64_t rest = order - j - width;
         real* const diagonal = a + j * step + j;
         if (lower) // what lies above the diagonal block; else what lies below it
             transpose<Lanes>(false, j, width, a + j, step, a + j * step, step);
