@@ -39,7 +39,8 @@ def list_lines(program, families):
     lines = collections.OrderedDict()
     for name in names.split():
         family, size, variant = name.split("/")[:3]
-        if family != "limits" and re.search(families, f"{family}/{size}"):
+        wanted = re.search(families, f"{family}/{size}") if families else size != "8000"
+        if family != "limits" and wanted:
             lines.setdefault(f"{family}/{size}", []).append(variant)
     return lines
 
@@ -88,7 +89,8 @@ def print_row(row):
 
 def write_markdown(path, rows, machine):
     with open(path, "w", encoding="utf-8") as out:
-        out.write(f"{machine}\n\n| line | G/s | nb | kernel / peer | target | |\n|---|--:|---|---|---|---|\n")
+        out.write(f"{machine}. Written by `./bench.sh`.\n\n"
+                  "| " + " | ".join(HEADER) + " |\n|---|--:|---|---|---|---|\n")
         for row in rows:
             out.write("| " + " | ".join(row) + " |\n")
 
@@ -149,7 +151,8 @@ def machine_name():
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
     parser.add_argument("program")
-    parser.add_argument("--families", default="", help="only lines that match this expression")
+    parser.add_argument("--families", help="only lines that match this expression (else all but orders of 8000, "
+                        "which take minutes)")
     parser.add_argument("--repetitions", type=int, default=9)
     parser.add_argument("--threads", type=int, default=1, help="threads of the BLAS")
     parser.add_argument("--end-to-end", action="store_true", help="compare whole factorisations")

@@ -9,7 +9,7 @@ set(manual_dir ${CMAKE_BINARY_DIR}/manual)
 configure_file(docs/Doxyfile.in ${CMAKE_BINARY_DIR}/Doxyfile @ONLY)
 add_custom_command(OUTPUT ${manual_dir}/done
     DEPENDS ${CMAKE_BINARY_DIR}/Doxyfile ${module}/TOVBlaModule.h examples/eliminations.cpp cmake/manual_pages.cmake
-        docs/getting-started.md docs/guide.md docs/adding-a-kernel.md
+        docs/getting-started.md docs/guide.md docs/bit-identity.md docs/backends.md docs/adding-a-kernel.md
     COMMAND ${CMAKE_COMMAND} -E rm -rf ${manual_dir}
     COMMAND ${CMAKE_COMMAND} -E make_directory ${manual_dir}
     COMMAND Doxygen::doxygen ${CMAKE_BINARY_DIR}/Doxyfile

@@ -309,21 +309,35 @@ TEST(ZerotriC, OfTwoColumnsFromTheThirdClearsTheirLowerParts)
         }
 }
 
+void expect_reflection_of_plain_loop(char uplo, int n)
+{
+    sweep_layouts(n, [&](int lda, std::size_t gap, Data) {
+        auto random = generator(static_cast<std::uint64_t>(n));
+        Guarded<double> expected(extent(n, n, lda), gap), actual(extent(n, n, lda), gap);
+        fill_matrix(expected, n, n, lda, random, Data::Bits);
+        copy_elements(expected, actual);
+        reference::reflect(uplo, n, expected, lda);
+        blac_reflect_(&uplo, &n, actual, &lda);
+        ASSERT_TRUE(same_memory(expected, actual, NaNs::Exact))
+            << uplo << ", n " << n << ", lda " << lda << ", gap " << gap;
+    });
+}
+
 TEST(Reflect, GivesTheBitsOfThePlainLoopAndKeepsDiagonalAndSource)
 {
     on_every_tier([] {
         for (char uplo : {'L', 'l', 'U', 'u'})
             for (int n : Sizes)
-                sweep_layouts(n, [&](int lda, std::size_t gap, Data) {
-                    auto random = generator(static_cast<std::uint64_t>(n));
-                    Guarded<double> expected(extent(n, n, lda), gap), actual(extent(n, n, lda), gap);
-                    fill_matrix(expected, n, n, lda, random, Data::Bits);
-                    copy_elements(expected, actual);
-                    reference::reflect(uplo, n, expected, lda);
-                    blac_reflect_(&uplo, &n, actual, &lda);
-                    ASSERT_TRUE(same_memory(expected, actual, NaNs::Exact))
-                        << uplo << ", n " << n << ", lda " << lda << ", gap " << gap;
-                });
+                expect_reflection_of_plain_loop(uplo, n);
+    });
+}
+
+TEST(Reflect, GivesTheBitsOfThePlainLoopWhereItsBandsStartWithACacheLine)
+{
+    on_every_tier([] {
+        for (char uplo : {'L', 'U'})
+            for (int n : {150, 171})
+                expect_reflection_of_plain_loop(uplo, n);
     });
 }
 
