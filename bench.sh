@@ -8,4 +8,4 @@ cd "$(dirname "$0")"
 . scripts/prepare.sh
 install_packages build bench
 build build-bench -DBLA_BUILD_TESTS=OFF -DBLA_BUILD_BENCHMARKS=ON
-exec python3 benchmarks/report.py build-bench/bin/bla_bench "$@"
+exec python3 benchmarks/report.py build-bench/bin/bla_bench build-bench/bin/bla_bench_tiers "$@"

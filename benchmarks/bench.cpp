@@ -80,14 +80,7 @@ int main(int argc, char** argv)
     argc = kept;
     blaC_set_num_threads(threads);
 
-    bench::add_limits();
-    bench::add_eliminations();
-    bench::add_blocked_eliminations();
-    bench::add_cholesky();
-    bench::add_sparse();
-    bench::add_transposes();
-    bench::add_block_kernels();
-    bench::add_products();
+    bench::add_families();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 2;

@@ -48,7 +48,10 @@ private:
 /// Uniform in [-1, 1], the same in every run.
 void fill(Array& a);
 
-// The families, each in a source of its own.
+/// All families of the program.
+void add_families();
+
+// Those of bla_bench, each in a source of its own.
 void add_eliminations();
 void add_blocked_eliminations();
 void add_cholesky();

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: BSD-3-Clause
-"""Runs the benchmark line by line and compares rates within each line.
+"""Runs the benchmarks line by line and compares rates within each line.
 
-usage: report.py BENCHMARK [--families REGEX] [--repetitions N] [--threads N] [--json FILE] [--markdown FILE]
+usage: report.py BENCHMARK... [--families REGEX] [--repetitions N] [--threads N] [--json FILE] [--markdown FILE]
                  [--svg FILE]
        report.py BENCHMARK --end-to-end [--threads N] [--repetitions N]
 
@@ -33,15 +33,16 @@ def read_targets():
     return targets
 
 
-def list_lines(program, families):
-    """Lines in the order of the program, with their variants."""
-    names = subprocess.run([program, "--benchmark_list_tests"], check=True, capture_output=True, text=True).stdout
+def list_lines(programs, families):
+    """{line: its program}, in the order of the programs."""
     lines = collections.OrderedDict()
-    for name in names.split():
-        family, size, variant = name.split("/")[:3]
-        wanted = re.search(families, f"{family}/{size}") if families else size != "8000"
-        if family != "limits" and wanted:
-            lines.setdefault(f"{family}/{size}", []).append(variant)
+    for program in programs:
+        names = subprocess.run([program, "--benchmark_list_tests"], check=True, capture_output=True, text=True).stdout
+        for name in names.split():
+            family, size = name.split("/")[:2]
+            wanted = re.search(families, f"{family}/{size}") if families else size != "8000"
+            if family != "limits" and wanted:
+                lines[f"{family}/{size}"] = program
     return lines
 
 
@@ -150,7 +151,7 @@ def machine_name():
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
-    parser.add_argument("program")
+    parser.add_argument("programs", nargs="+")
     parser.add_argument("--families", help="only lines that match this expression (else all but orders of 8000, "
                         "which take minutes)")
     parser.add_argument("--repetitions", type=int, default=9)
@@ -162,10 +163,10 @@ def main():
     arguments = parser.parse_args()
 
     if arguments.end_to_end:
-        sys.exit(compare_solvers(arguments.program, arguments.repetitions, arguments.threads))
+        sys.exit(compare_solvers(arguments.programs[0], arguments.repetitions, arguments.threads))
 
     targets = read_targets()
-    lines = list_lines(arguments.program, arguments.families)
+    lines = list_lines(arguments.programs, arguments.families)
     unknown = [line for line in targets if not arguments.families and line not in lines]
     if unknown:
         sys.exit(f"targets without a line: {', '.join(unknown)}")
@@ -173,8 +174,8 @@ def main():
     results = collections.OrderedDict()
     rows, reached, wanted = [], 0, 0
     print_row(HEADER)
-    for line in lines:
-        results[line] = measure(arguments.program, line, arguments.repetitions, arguments.threads)
+    for line, program in lines.items():
+        results[line] = measure(program, line, arguments.repetitions, arguments.threads)
         row, good = describe(line, results[line], targets)
         print_row(row)
         rows.append(row)
