@@ -67,7 +67,8 @@ const double One = 1.0, Minus = -1.0;
 
 void add_transposes()
 {
-    const int shapes[][2] = {{40, 40}, {200, 200}, {200, 256}, {1000, 1000}, {1000, 1024}, {6000, 6000}};
+    const int shapes[][2] = {{4, 4},     {8, 8},       {16, 16},     {40, 40},    {200, 200},
+                             {200, 256}, {1000, 1000}, {1000, 1024}, {6000, 6000}};
     for (const auto& [n, ld] : shapes) {
         const std::string size = std::to_string(n) + "_ld" + std::to_string(ld) + '/';
         const double square = 8.0 * n * n;
@@ -99,7 +100,7 @@ void add_transposes()
 
 void add_block_kernels()
 {
-    for (int n : {32, 50, 200, 1000}) {
+    for (int n : {4, 8, 16, 32, 50, 200, 1000}) {
         const std::string size = std::to_string(n) + '/';
         const double square = 8.0 * n * n, triangle = square / 2;
         const int ld = n;

@@ -106,6 +106,12 @@ template <int Lanes>
 BLA_BODY void transpose(bool add, int64_t m, int64_t n, const real* s, int64_t s_step, real* d,
                         int64_t d_step)
 {
+    if (m * n < 32) { // too few elements for tiles to pay
+        for (int64_t j = 0; j < n; ++j)
+            for (int64_t i = 0; i < m; ++i)
+                put(add, d + j * d_step + i, s[i * s_step + j]);
+        return;
+    }
     const bool small = m * n < 2048; // the strips would cost more than they save
     const int64_t top = small ? 0 : before_line(d), left = small ? 0 : before_line(s);
     int64_t height, width;
