@@ -8,4 +8,5 @@ cd "$(dirname "$0")"
 . scripts/prepare.sh
 install_packages build bench
 build build-bench -DBLA_BUILD_TESTS=OFF -DBLA_BUILD_BENCHMARKS=ON
-exec python3 benchmarks/report.py build-bench/bin/bla_bench build-bench/bin/bla_bench_tiers "$@"
+# The Python that Debian's matplotlib belongs to.
+exec /usr/bin/python3 benchmarks/report.py build-bench/bin/bla_bench build-bench/bin/bla_bench_tiers "$@"

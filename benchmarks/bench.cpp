@@ -31,14 +31,16 @@ void add(const std::string& name, double work, std::function<Job()> make)
     })->UseManualTime();
 }
 
-// Large arrays of malloc and of Fortran's allocate start 16 bytes behind a page, and so do these.
-static constexpr std::size_t Page = 4096, BehindPage = 16;
+// Large arrays of malloc and of Fortran's allocate start 16 bytes behind a page, and so do these; --behind=0
+// lets them start with a cache line.
+static constexpr std::size_t Page = 4096;
+static std::size_t behind_page = 16;
 
 Array::Array(int64_t count) : count_(count)
 {
     const std::size_t bytes = static_cast<std::size_t>(count) * sizeof(double);
-    void* const pages = std::aligned_alloc(Page, (BehindPage + bytes + Page - 1) / Page * Page);
-    data_ = reinterpret_cast<double*>(static_cast<char*>(pages) + BehindPage);
+    void* const pages = std::aligned_alloc(Page, (behind_page + bytes + Page - 1) / Page * Page);
+    data_ = reinterpret_cast<double*>(static_cast<char*>(pages) + behind_page);
     std::memset(data_, 0, bytes);
 }
 
@@ -49,7 +51,7 @@ Array::Array(const Array& other) : Array(other.count_)
 
 Array::~Array()
 {
-    std::free(reinterpret_cast<char*>(data_) - BehindPage);
+    std::free(reinterpret_cast<char*>(data_) - behind_page);
 }
 
 void Array::copy_from(const Array& other)
@@ -68,12 +70,14 @@ void fill(Array& a)
 
 int main(int argc, char** argv)
 {
-    // The thread count is an argument of ours: --threads=2 gives the BLAS two.
+    // Arguments of ours: --threads=2 gives the BLAS two; --behind=0 places arrays at a page.
     int threads = 1;
     int kept = 1;
     for (int i = 1; i < argc; ++i) {
         if (std::strncmp(argv[i], "--threads=", 10) == 0)
             threads = std::atoi(argv[i] + 10);
+        else if (std::strncmp(argv[i], "--behind=", 9) == 0)
+            bench::behind_page = static_cast<std::size_t>(std::atoi(argv[i] + 9));
         else
             argv[kept++] = argv[i];
     }
