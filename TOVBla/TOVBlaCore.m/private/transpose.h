@@ -106,6 +106,8 @@ template <int Lanes>
 BLA_BODY void transpose(bool add, int64_t m, int64_t n, const real* s, int64_t s_step, real* d,
                         int64_t d_step)
 {
+    if (m < 1 || n < 1)
+        return;
     if (m == TileOrder && n == TileOrder)
         return transpose_tile<Lanes>(add, s, s_step, d, d_step);
     if (m * n < 32) { // too few elements for tiles to pay
