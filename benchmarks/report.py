@@ -51,7 +51,8 @@ def measure(program, line, repetitions, threads, behind):
     # With two threads most rates fell to those of one when the variants were interleaved.
     output = subprocess.run(
         [program, f"--threads={threads}", f"--behind={behind}", f"--benchmark_filter=^{line}/", "--benchmark_min_time=0.01",
-         f"--benchmark_repetitions={repetitions}", f"--benchmark_enable_random_interleaving={'true' if threads == 1 else 'false'}",
+         f"--benchmark_repetitions={repetitions}",
+         f"--benchmark_enable_random_interleaving={'true' if threads == 1 else 'false'}",
          "--benchmark_format=json"],
         check=True, capture_output=True, text=True, env=os.environ | {"OMP_NUM_THREADS": "1"}).stdout
     rates = {}
