@@ -47,15 +47,22 @@ MUTATIONS = [
     ("a tile is finished one pivot early", PRIVATE + "elimination_tiles.h", "if constexpr (K + 2 < W)",
      "if constexpr (K + 3 < W)", KERNELS),
     # scaling and copies
-    ("a column is divided by its pivot", SOURCE + "blaC_scale_low2.cpp", "a[j * a_step + i] * r;",
-     "a[j * a_step + i] / pivot;", KERNELS),
+    ("a column is divided by its pivot", SOURCE + "blaC_scale_low2.cpp",
+     "scale_column(rows - 1, a + 1, exceeds(pivot, pivot::Tiny) ? 1.0 / pivot : 0.0);",
+     "for (int64_t i = 1; i < rows; ++i)\n a[i] = exceeds(pivot, pivot::Tiny) ? a[i] / pivot : a[i] * 0.0;", KERNELS),
     ("a tiny pivot clears its column without a product", SOURCE + "blaC_scale_low2.cpp",
-     "a[j * a_step + i] = a[j * a_step + i] * r;", "a[j * a_step + i] = r == 0.0 ? 0.0 : a[j * a_step + i] * r;",
+     "const double pivot = *a;", "const double pivot = *a;\n if (!exceeds(pivot, pivot::Tiny))\n"
+     " for (int64_t i = 1; i < rows; ++i)\n a[i] = 0.0;", KERNELS),
+    ("the diagonal is scaled too", SOURCE + "blaC_scale_low.cpp", "scale_column(rows, a + 1, *d)",
+     "scale_column(rows + 1, a, *d)", KERNELS),
+    ("the last diagonal entry is read", SOURCE + "blaC_scale_low.cpp",
+     "rows > 0; --rows, a += diagonal_step, ++d)\n        scale_column(rows, a + 1, *d)",
+     "rows >= 0; --rows, a += diagonal_step, ++d)\n        scale_column(rows, a + 1, *const_cast<const volatile real*>(d))",
      KERNELS),
-    ("the diagonal is scaled too", SOURCE + "blaC_scale_low.cpp", "int64_t i = j + 1; i", "int64_t i = j; i", KERNELS),
-    ("the last diagonal entry is read", SOURCE + "blaC_scale_low.cpp", "j + 1 < order", "j < order", KERNELS),
-    ("a zero factor overwrites", SOURCE + "blaC_dlacpysc.cpp", "= a[j * a_step + i] * factor;",
-     "= factor == 0.0 ? 0.0 : a[j * a_step + i] * factor;", KERNELS),
+    ("the last two of a short column are left", PRIVATE + "scale_column.h", "if (n & 2) {", "if ((n & 2) != 0 && n > 3) {",
+     KERNELS),
+    ("a zero factor overwrites", SOURCE + "blaC_dlacpysc.cpp", "= a[i] * factor;",
+     "= factor == 0.0 ? 0.0 : a[i] * factor;", KERNELS),
     ("the fixed threshold itself is accepted", SOURCE + "blaC_copydiag.cpp", "value > pivot::Tiny", "value >= pivot::Tiny",
      KERNELS),
     ("one more row is cleared", PRIVATE + "clear_lower.h", "int64_t i = j; i", "int64_t i = j > 0 ? j - 1 : 0; i",
@@ -65,7 +72,7 @@ MUTATIONS = [
      KERNELS),
     ("an unknown triangle reflects the lower one", SOURCE + "blaC_reflect.cpp", "if (!lower && !upper)",
      "if (!lower && !upper && *n < 0)", KERNELS),
-    ("the upper triangle is added", SOURCE + "blaC_addTriBlock.cpp", "int64_t i = j; i", "int64_t i = 0; i", KERNELS),
+    ("the upper triangle is added", SOURCE + "blaC_addTriBlock.cpp", "int64_t i = 0; i", "int64_t i = rows - *n; i", KERNELS),
     ("a copied NaN is quietened", SOURCE + "tovbla_vdCopyI.cpp", "patterns(y)[k] = patterns(x)[k];",
      "y[k] = x[k] + 0.0;", KERNELS),
     ("the negation is a subtraction", SOURCE + "tovbla_vdNegAddI.cpp", "x + y) ^ SignBit", "-x - y)", KERNELS),
@@ -119,14 +126,14 @@ MUTATIONS = [
     ("AVX is read off a neighbouring bit", MODULE + "processor.cpp", "{r.leaf1_ecx, 28, feature::AVX}",
      "{r.leaf1_ecx, 27, feature::AVX}", FRAME),
     ("tier R is tried before tier V", PRIVATE + "tiers.h",
-     "            if ((word & tier::V) == tier::V)                                                                 \\\n"
-     "                return name##V args;                                                                         \\\n"
-     "            if ((word & tier::R) == tier::R)                                                                 \\\n"
-     "                return name##R args;                                                                         \\\n",
-     "            if ((word & tier::R) == tier::R)                                                                 \\\n"
-     "                return name##R args;                                                                         \\\n"
-     "            if ((word & tier::V) == tier::V)                                                                 \\\n"
-     "                return name##V args;                                                                         \\\n",
+     "        if ((word & tier::V) == tier::V)                                                                     \\\n"
+     "            return name##V args;                                                                             \\\n"
+     "        if ((word & tier::R) == tier::R)                                                                     \\\n"
+     "            return name##R args;                                                                             \\\n",
+     "        if ((word & tier::R) == tier::R)                                                                     \\\n"
+     "            return name##R args;                                                                             \\\n"
+     "        if ((word & tier::V) == tier::V)                                                                     \\\n"
+     "            return name##V args;                                                                             \\\n",
      FRAME),
     ("a surplus finalisation is forgiven", MODULE + "lifecycle.cpp", "    if (--module_users != 0)",
      "    if (module_users == 0 || --module_users != 0)", FRAME),

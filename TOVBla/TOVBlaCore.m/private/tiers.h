@@ -44,36 +44,43 @@
     BLA_BODY void name##body params
 
 #define BLA_VARIANT(variant, instructions, params, call)                                                     \
-    extern "C" [[gnu::target(instructions), gnu::visibility("hidden")]] void variant params                  \
+    extern "C" [[gnu::target(instructions), gnu::visibility("hidden"), gnu::noinline]] void variant params   \
     {                                                                                                        \
         call;                                                                                                \
     }
 
-// One load of the feature word and at most three tests a call. An empty word is filled and read again.
+// One load of the feature word and at most three tests a call, and no register saved: filling an empty word,
+// which happens once, has a function of its own.
 #define BLA_DISPATCH_VRA(name, params, args)                                                                 \
-    extern "C" BLA_EXPORT void name params                                                                   \
-    {                                                                                                        \
-        for (;;) {                                                                                           \
-            const std::uint32_t word = bla_read_feature_word();                                              \
-            if ((word & tier::V) == tier::V)                                                                 \
-                return name##V args;                                                                         \
-            if ((word & tier::R) == tier::R)                                                                 \
-                return name##R args;                                                                         \
-            if ((word & tier::A) == tier::A)                                                                 \
-                return name##A args;                                                                         \
-            bla_fill_feature_word();                                                                         \
-        }                                                                                                    \
-    }
+    BLA_DISPATCH(name, params, args, {                                                                       \
+        if ((word & tier::V) == tier::V)                                                                     \
+            return name##V args;                                                                             \
+        if ((word & tier::R) == tier::R)                                                                     \
+            return name##R args;                                                                             \
+        if ((word & tier::A) == tier::A)                                                                     \
+            return name##A args;                                                                             \
+    })
 
 #define BLA_DISPATCH_VA(name, params, args)                                                                  \
-    extern "C" BLA_EXPORT void name params                                                                   \
+    BLA_DISPATCH(name, params, args, {                                                                       \
+        if ((word & tier::V) == tier::V)                                                                     \
+            return name##V args;                                                                             \
+        if ((word & tier::A) == tier::A)                                                                     \
+            return name##A args;                                                                             \
+    })
+
+#define BLA_DISPATCH(name, params, args, ...)                                                                \
+    [[gnu::cold, gnu::noinline]] static void name##first params                                              \
     {                                                                                                        \
         for (;;) {                                                                                           \
-            const std::uint32_t word = bla_read_feature_word();                                              \
-            if ((word & tier::V) == tier::V)                                                                 \
-                return name##V args;                                                                         \
-            if ((word & tier::A) == tier::A)                                                                 \
-                return name##A args;                                                                         \
             bla_fill_feature_word();                                                                         \
+            const std::uint32_t word = bla_read_feature_word();                                              \
+            __VA_ARGS__                                                                                      \
         }                                                                                                    \
+    }                                                                                                        \
+    extern "C" BLA_EXPORT void name params                                                                   \
+    {                                                                                                        \
+        const std::uint32_t word = bla_read_feature_word();                                                  \
+        __VA_ARGS__                                                                                          \
+        name##first args;                                                                                    \
     }

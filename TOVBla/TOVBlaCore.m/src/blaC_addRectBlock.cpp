@@ -7,7 +7,8 @@ BLA_TIERS_VA(blac_addrectblock_,
              (m, n, a, lda, b, ldb))
 {
     const int64_t rows = *m, columns = *n, a_step = *lda, b_step = *ldb;
-    for (int64_t j = 0; j < columns; ++j)
-        for (int64_t i = 0; i < rows; ++i)
-            a[j * a_step + i] = a[j * a_step + i] + b[j * b_step + i];
+    for (int64_t j = 0; j < columns; ++j, a += a_step, b += b_step)
+        BLA_NO_OVERLAP
+    for (int64_t i = 0; i < rows; ++i)
+        a[i] = a[i] + b[i];
 }

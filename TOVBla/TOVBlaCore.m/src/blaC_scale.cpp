@@ -10,9 +10,10 @@ BLA_TIERS_VRA(blac_scale_,
     const int64_t rows = *m, columns = *n, a_step = *lda, b_step = *ldb;
     if (rows < 1)
         return; // d is not read either
-    for (int64_t j = 0; j < columns; ++j) {
+    for (int64_t j = 0; j < columns; ++j, a += a_step, b += b_step) {
         const double s = d[j];
+        BLA_NO_OVERLAP
         for (int64_t i = 0; i < rows; ++i)
-            b[j * b_step + i] = a[j * a_step + i] * s;
+            b[i] = a[i] * s;
     }
 }

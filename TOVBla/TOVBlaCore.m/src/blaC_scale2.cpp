@@ -6,7 +6,8 @@ BLA_TIERS_VRA(blac_scale2_, (const int* m, const int* n, real* a, const int* lda
               (m, n, a, lda, d))
 {
     const int64_t rows = *m, columns = *n, a_step = *lda;
-    for (int64_t j = 0; j < columns; ++j)
-        for (int64_t i = 0; i < rows; ++i)
-            a[j * a_step + i] = a[j * a_step + i] * d[i];
+    for (int64_t j = 0; j < columns; ++j, a += a_step)
+        BLA_NO_OVERLAP
+    for (int64_t i = 0; i < rows; ++i)
+        a[i] = a[i] * d[i];
 }

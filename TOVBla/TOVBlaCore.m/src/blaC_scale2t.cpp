@@ -8,9 +8,9 @@ BLA_TIERS_VRA(blac_scale2t_, (const int* m, const int* n, real* a, const int* ld
     const int64_t columns = *m, rows = *n, a_step = *lda;
     if (rows < 1)
         return; // d is not read either
-    for (int64_t j = 0; j < columns; ++j) {
+    for (int64_t j = 0; j < columns; ++j, a += a_step) {
         const double s = d[j];
         for (int64_t i = 0; i < rows; ++i)
-            a[j * a_step + i] = a[j * a_step + i] * s;
+            a[i] = a[i] * s;
     }
 }

@@ -5,15 +5,14 @@
 // Both comparisons are strict, so that ±1e-36 is tiny, and both fail for a NaN, which is tiny too. The column
 // is multiplied by the rounded reciprocal: dividing entry by entry would give other last bits.
 #include "pivot.h"
+#include "scale_column.h"
 #include "tiers.h"
 
 BLA_TIERS_VRA(blac_scale_low2_, (const int* n, real* a, const int* lda), (n, a, lda))
 {
-    const int64_t order = *n, a_step = *lda;
-    for (int64_t j = 0; j < order; ++j) {
-        const double pivot = a[j * a_step + j];
-        const double r = exceeds(pivot, pivot::Tiny) ? 1.0 / pivot : 0.0;
-        for (int64_t i = j + 1; i < order; ++i)
-            a[j * a_step + i] = a[j * a_step + i] * r;
+    const int64_t diagonal_step = int64_t{*lda} + 1;
+    for (int64_t rows = *n; rows > 0; --rows, a += diagonal_step) {
+        const double pivot = *a;
+        scale_column(rows - 1, a + 1, exceeds(pivot, pivot::Tiny) ? 1.0 / pivot : 0.0);
     }
 }
