@@ -20,7 +20,7 @@
 namespace {
 namespace TIER {
 
-constexpr int Lanes = TIER_LANES, Strip = 2 * Lanes, Depth = 512;
+constexpr int Lanes = TIER_LANES, Strip = 8, Depth = 512;
 
 typedef double Vector __attribute__((vector_size(8 * Lanes), may_alias));
 typedef double UnalignedVector __attribute__((vector_size(8 * Lanes), aligned(1), may_alias));
@@ -50,15 +50,18 @@ TILE_CODE void store(const Tile<Rows, W>& t, real* a, int64_t lda)
 }
 
 /// t := t - p(:,k)·m(k,:) for k = 0..count-1 in this order; column k of p at p[k·Strip], row k of m at m[k].
-template <int Rows, int W>
+/// As many columns at a time as eight vectors hold: with them, factors and products there are registers for.
+template <int Rows, int W, int First = 0>
 TILE_CODE void subtract(Tile<Rows, W>& t, const double* p, const real* m, int64_t lda, int64_t count)
 {
-    constexpr int V = Rows / Lanes;
+    constexpr int V = Rows / Lanes, End = W * V > 8 ? First + 8 / V : W;
 #pragma GCC unroll 4
     for (int64_t k = 0; k < count; ++k)
-        for (int e = 0; e < W * V; ++e)
+        for (int e = First * V; e < End * V; ++e)
             t[e] =
                 t[e] - *reinterpret_cast<const Vector*>(p + k * Strip + e % V * Lanes) * m[k + e / V * lda];
+    if constexpr (End < W)
+        subtract<Rows, W, End>(t, p, m, lda, count);
 }
 
 /// x := the 4×4 block of t at row I and column J.

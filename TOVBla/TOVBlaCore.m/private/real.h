@@ -15,6 +15,9 @@ using std::int64_t;
 /// Body of a kernel: inlined into every variant, so that each variant is compiled for its own tier.
 #define BLA_BODY [[gnu::always_inline]] static inline
 
+/// The same for a lambda in such a body: it follows the parameters.
+#define BLA_INLINED __attribute__((always_inline))
+
 /// Before a loop: no array that it reads overlaps one that it writes. Clang has no such promise without a
 /// warning where it does not vectorise; it tests for overlap when the loop starts.
 #ifdef __clang__

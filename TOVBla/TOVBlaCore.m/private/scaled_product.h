@@ -34,6 +34,7 @@ BLA_BODY void scaled_product(const char* transa, const char* transb, const int* 
     if (transposed) { // W := B·D, n×k
         for (int64_t l = 0; l < inner; ++l) {
             const double s = d[l * d_step];
+            BLA_NO_OVERLAP
             for (int64_t i = 0; i < columns; ++i)
                 w[l * columns + i] = b[l * b_step + i] * s;
         }
@@ -45,8 +46,9 @@ BLA_BODY void scaled_product(const char* transa, const char* transb, const int* 
             d = diagonal;
         }
         for (int64_t j = 0; j < columns; ++j)
-            for (int64_t l = 0; l < inner; ++l)
-                w[j * inner + l] = b[j * b_step + l] * d[l];
+            BLA_NO_OVERLAP
+        for (int64_t l = 0; l < inner; ++l)
+            w[j * inner + l] = b[j * b_step + l] * d[l];
     }
     dgemm_(transa, transb, m, n, k, alpha, a, lda, w, transposed ? n : k, beta, c, ldc, 1, 1);
     if (heap)

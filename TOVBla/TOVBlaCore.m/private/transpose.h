@@ -7,11 +7,13 @@
 //
 // A plain loop touches a new cache line of the source for every entry and has lost it when the next column
 // comes by, most of all with a power of two as leading dimension. So the work goes in bands of BandColumns
-// destination columns and BandRows source columns, and within these in tiles of 4×4 that are transposed in
-// registers: whole ones on AVX, in 2×2 quarters on the baseline, where a vector of four would be taken apart.
-// Moves and shuffles of registers keep every bit of a NaN.
+// destination columns, these in blocks of BandRows source columns, and these in tiles of 4×4 that are
+// transposed in registers: whole ones on AVX, in 2×2 quarters on the baseline, where a vector of four would
+// be taken apart. A store waits until its line has come, and the processor does not foresee the jump from
+// column to column: so the lines of the next block are asked for meanwhile. Moves and shuffles of registers
+// keep every bit of a NaN.
 
-constexpr int64_t BandColumns = 16, BandRows = 32, TileOrder = 4;
+constexpr int64_t BandColumns = 16, BandRows = 16, TileOrder = 4, Line = 8; // in elements
 
 typedef double Two __attribute__((vector_size(16), aligned(1), may_alias));
 typedef double Four __attribute__((vector_size(32), aligned(1), may_alias));
@@ -71,16 +73,21 @@ BLA_BODY int64_t smaller(int64_t a, int64_t b)
     return a < b ? a : b;
 }
 
-/// The m×n matrix D := Sᵀ, or D + Sᵀ if `add` (a constant); S is n×m and does not overlap D.
+/// The m×n matrix D := Sᵀ, or D + Sᵀ if `add` (a constant); S is n×m and does not overlap D. `far`: the first
+/// cache does not hold them.
 template <int Lanes>
-BLA_BODY void transpose_bands(bool add, int64_t m, int64_t n, const real* s, int64_t s_step, real* d,
-                              int64_t d_step)
+BLA_BODY void transpose_bands(bool add, bool far, int64_t m, int64_t n, const real* s, int64_t s_step,
+                              real* d, int64_t d_step)
 {
     const int64_t tiled_m = m - m % TileOrder, tiled_n = n - n % TileOrder;
     for (int64_t band = 0; band < tiled_n; band += BandColumns) {
         const int64_t band_end = smaller(band + BandColumns, tiled_n);
         for (int64_t rows = 0; rows < tiled_m; rows += BandRows) {
             const int64_t rows_end = smaller(rows + BandRows, tiled_m);
+            if (far && !add) // a sum reads them, and reads run ahead by themselves
+                for (int64_t j = band; j < band_end; ++j)
+                    for (int64_t i = 0; i < BandRows; i += Line)
+                        __builtin_prefetch(d + j * d_step + rows_end + i, 1); // cannot fault
             for (int64_t j = band; j < band_end; j += TileOrder)
                 for (int64_t i = rows; i < rows_end; i += TileOrder)
                     transpose_tile<Lanes>(add, s + i * s_step + j, s_step, d + j * d_step + i, d_step);
@@ -97,7 +104,7 @@ BLA_BODY void transpose_bands(bool add, int64_t m, int64_t n, const real* s, int
 /// Elements from p up to the start of a cache line.
 BLA_BODY int64_t before_line(const real* p)
 {
-    return static_cast<int64_t>(-reinterpret_cast<__UINTPTR_TYPE__>(p) % 64 / sizeof *p);
+    return static_cast<int64_t>(-reinterpret_cast<__UINTPTR_TYPE__>(p) % (Line * sizeof *p) / sizeof *p);
 }
 
 /// The same, with strips in front where the arrays do not start with a cache line, so that no line is wanted
@@ -110,20 +117,20 @@ BLA_BODY void transpose(bool add, int64_t m, int64_t n, const real* s, int64_t s
         return;
     if (m == TileOrder && n == TileOrder)
         return transpose_tile<Lanes>(add, s, s_step, d, d_step);
-    if (m * n < 32) { // too few elements for tiles to pay
+    if (m * n < 40) { // too few elements for tiles to pay
         for (int64_t j = 0; j < n; ++j)
             for (int64_t i = 0; i < m; ++i)
                 put(add, d + j * d_step + i, s[i * s_step + j]);
         return;
     }
-    const bool small = m * n < 2048; // the strips would cost more than they save
-    const int64_t top = small ? 0 : before_line(d), left = small ? 0 : before_line(s);
+    const bool far = m * n >= 2048; // else the strips would cost more than they save
+    const int64_t top = far ? before_line(d) : 0, left = far ? before_line(s) : 0;
     int64_t height, width;
     for (int64_t i = 0; i < m; i += height) {
         height = i < top ? smaller(top, m) : m - i;
         for (int64_t j = 0; j < n; j += width) {
             width = j < left ? smaller(left, n) : n - j;
-            transpose_bands<Lanes>(add, height, width, s + i * s_step + j, s_step, d + j * d_step + i,
+            transpose_bands<Lanes>(add, far, height, width, s + i * s_step + j, s_step, d + j * d_step + i,
                                    d_step);
         }
     }

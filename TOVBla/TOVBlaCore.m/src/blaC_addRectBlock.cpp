@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // A := A + B, A and B m×n.
+#include "columns.h"
 #include "tiers.h"
 
 BLA_TIERS_VA(blac_addrectblock_,
@@ -7,8 +8,10 @@ BLA_TIERS_VA(blac_addrectblock_,
              (m, n, a, lda, b, ldb))
 {
     const int64_t rows = *m, columns = *n, a_step = *lda, b_step = *ldb;
-    for (int64_t j = 0; j < columns; ++j, a += a_step, b += b_step)
-        BLA_NO_OVERLAP
-    for (int64_t i = 0; i < rows; ++i)
-        a[i] = a[i] + b[i];
+    for_columns(rows, columns, a, a_step, b, b_step,
+                [=](int64_t, real* to, const real* from, int64_t first, int64_t last) BLA_INLINED {
+                    BLA_NO_OVERLAP
+                    for (int64_t i = first; i < last; ++i)
+                        to[i] = to[i] + from[i];
+                });
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // B := A·diag(d), A and B m×n.
+#include "columns.h"
 #include "tiers.h"
 
 BLA_TIERS_VRA(blac_scale_,
@@ -10,10 +11,11 @@ BLA_TIERS_VRA(blac_scale_,
     const int64_t rows = *m, columns = *n, a_step = *lda, b_step = *ldb;
     if (rows < 1)
         return; // d is not read either
-    for (int64_t j = 0; j < columns; ++j, a += a_step, b += b_step) {
-        const double s = d[j];
-        BLA_NO_OVERLAP
-        for (int64_t i = 0; i < rows; ++i)
-            b[i] = a[i] * s;
-    }
+    for_columns(rows, columns, b, b_step, a, a_step,
+                [=](int64_t j, real* to, const real* from, int64_t first, int64_t last) BLA_INLINED {
+                    const double s = d[j];
+                    BLA_NO_OVERLAP
+                    for (int64_t i = first; i < last; ++i)
+                        to[i] = from[i] * s;
+                });
 }
