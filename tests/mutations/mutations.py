@@ -48,11 +48,11 @@ MUTATIONS = [
      "if constexpr (K + 3 < W)", KERNELS),
     # scaling and copies
     ("a column is divided by its pivot", SOURCE + "blaC_scale_low2.cpp",
-     "scale_column(rows - 1, a + 1, exceeds(pivot, pivot::Tiny) ? 1.0 / pivot : 0.0);",
-     "for (int64_t i = 1; i < rows; ++i)\n a[i] = exceeds(pivot, pivot::Tiny) ? a[i] / pivot : a[i] * 0.0;", KERNELS),
+     "scale_column(rows, a + 1, exceeds(pivot, pivot::Tiny) ? 1.0 / pivot : 0.0);",
+     "for (int64_t i = 1; i <= rows; ++i)\n a[i] = exceeds(pivot, pivot::Tiny) ? a[i] / pivot : a[i] * 0.0;", KERNELS),
     ("a tiny pivot clears its column without a product", SOURCE + "blaC_scale_low2.cpp",
      "const double pivot = *a;", "const double pivot = *a;\n if (!exceeds(pivot, pivot::Tiny))\n"
-     " for (int64_t i = 1; i < rows; ++i)\n a[i] = 0.0;", KERNELS),
+     " for (int64_t i = 1; i <= rows; ++i)\n a[i] = 0.0;", KERNELS),
     ("the diagonal is scaled too", SOURCE + "blaC_scale_low.cpp", "scale_column(rows, a + 1, *d)",
      "scale_column(rows + 1, a, *d)", KERNELS),
     ("the last diagonal entry is read", SOURCE + "blaC_scale_low.cpp",

@@ -13,10 +13,9 @@ BLA_TIERS_VRA(blac_copydiag_, (const int* n, const real* a, const int* lda, real
               (n, a, lda, d, dinv))
 {
     const int64_t order = *n, diagonal_step = int64_t{*lda} + 1;
-    for (int64_t i = 0; i < order; ++i)
-        d[i] = a[i * diagonal_step];
+    BLA_NO_OVERLAP
     for (int64_t i = 0; i < order; ++i) {
-        const double value = d[i];
+        const double value = a[i * diagonal_step];
         const double positive = value > pivot::Tiny ? value : pivot::Huge;
         const double p = -pivot::Tiny > value ? value : positive;
         d[i] = p;

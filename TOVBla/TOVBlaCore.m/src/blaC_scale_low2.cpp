@@ -11,8 +11,8 @@
 BLA_TIERS_VRA(blac_scale_low2_, (const int* n, real* a, const int* lda), (n, a, lda))
 {
     const int64_t diagonal_step = int64_t{*lda} + 1;
-    for (int64_t rows = *n; rows > 0; --rows, a += diagonal_step) {
+    for (int64_t rows = int64_t{*n} - 1; rows > 0; --rows, a += diagonal_step) {
         const double pivot = *a;
-        scale_column(rows - 1, a + 1, exceeds(pivot, pivot::Tiny) ? 1.0 / pivot : 0.0);
+        scale_column(rows, a + 1, exceeds(pivot, pivot::Tiny) ? 1.0 / pivot : 0.0);
     }
 }
