@@ -13,43 +13,35 @@
 namespace bench {
 namespace {
 
-/// Several pairs of blocks, so that a run is long enough to be timed; `footprint` keeps them within a cache
-/// level.
+/// Two blocks and a diagonal. Its entries and those on the diagonals of the blocks are 1 and -1, so that
+/// scaling in place again and again stays in range.
 struct Pair
 {
-    int n, ld, count;
+    int n, ld;
     Array a, b, d;
 
-    static int blocks(int order, int ld, int64_t footprint)
-    {
-        const int64_t bytes = int64_t{order} * ld * 16;
-        return bytes >= footprint ? 1 : static_cast<int>(footprint / bytes);
-    }
-
-    Pair(int order, int leading, int blocks)
-        : n(order), ld(leading), count(blocks), a(int64_t{leading} * order * blocks), b(a.size()), d(leading)
+    Pair(int order, int leading) : n(order), ld(leading), a(int64_t{leading} * order), b(a.size()), d(leading)
     {
         fill(a);
         fill(b);
         for (int i = 0; i < ld; ++i)
-            d[i] = i % 2 ? 1.0 : -1.0; // scaling in place again and again stays in range
+            d[i] = i % 2 ? 1.0 : -1.0;
+        for (int64_t i = 0; i < n; ++i)
+            a[i * (ld + 1)] = b[i * (ld + 1)] = d[i];
     }
-    double* block_a(int i) const { return a + int64_t{i} * n * ld; }
-    double* block_b(int i) const { return b + int64_t{i} * n * ld; }
 };
 
 using Run = void (*)(Pair&, double* a, double* b);
 
 void add_pair(const std::string& name, int n, int ld, double bytes, Run run)
 {
-    // Up to n = 50 one pair in the first level, repeated; then as it falls.
-    const int repeat = n <= 50 ? 200 : n <= 300 ? 10 : 1;
+    const int repeat = n <= 50 ? 200 : n <= 300 ? 10 : 1; // a run is long enough to be timed
     add(name, bytes * repeat, [=] {
-        auto pair = std::make_shared<Pair>(n, ld, 1);
+        auto pair = std::make_shared<Pair>(n, ld);
         return Job{[] {},
                    [=] {
                        for (int i = 0; i < repeat; ++i)
-                           run(*pair, pair->block_a(0), pair->block_b(0));
+                           run(*pair, pair->a, pair->b);
                    }};
     });
 }
@@ -129,6 +121,16 @@ void add_block_kernels()
                  [](Pair& p, double* a, double*) { blac_scale_low_(&p.n, a, &p.ld, p.d); });
         add_pair("scale_low/" + size + "loop", n, ld, 2 * triangle,
                  [](Pair& p, double* a, double*) { reference::scale_low(p.n, a, p.ld, p.d); });
+
+        add_pair("scale_low2/" + size + "kernel", n, ld, 2 * triangle,
+                 [](Pair& p, double* a, double*) { blac_scale_low2_(&p.n, a, &p.ld); });
+        add_pair("scale_low2/" + size + "loop", n, ld, 2 * triangle,
+                 [](Pair& p, double* a, double*) { reference::scale_low2(p.n, a, p.ld); });
+
+        add_pair("copydiag/" + size + "kernel", n, ld, 24.0 * n,
+                 [](Pair& p, double* a, double* b) { blac_copydiag_(&p.n, a, &p.ld, b, p.d); });
+        add_pair("copydiag/" + size + "loop", n, ld, 24.0 * n,
+                 [](Pair& p, double* a, double* b) { reference::copydiag(p.n, a, p.ld, b, p.d); });
 
         add_pair("addrectblock/" + size + "kernel", n, ld, 3 * square,
                  [](Pair& p, double* a, double* b) { blac_addrectblock_(&p.n, &p.n, a, &p.ld, b, &p.ld); });
