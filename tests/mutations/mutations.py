@@ -62,7 +62,7 @@ MUTATIONS = [
     ("the last two of a short column are left", PRIVATE + "scale_column.h", "if (n & 2) {", "if ((n & 2) != 0 && n > 3) {",
      KERNELS),
     ("a long column loses its head", PRIVATE + "columns.h", "column(j, b, a, 0, head);", "column(j, b, a, 1, head);", KERNELS),
-    ("a zero factor overwrites", SOURCE + "blaC_dlacpysc.cpp", "= from[i] * factor;",
+    ("a zero factor overwrites", PRIVATE + "columns.h", "= from[i] * factor;",
      "= factor == 0.0 ? 0.0 : from[i] * factor;", KERNELS),
     ("the fixed threshold itself is accepted", SOURCE + "blaC_copydiag.cpp", "value > pivot::Tiny", "value >= pivot::Tiny",
      KERNELS),

@@ -22,3 +22,18 @@ BLA_BODY void for_columns(int64_t rows, int64_t columns, real* b, int64_t b_step
         column(j, b, a, head, rows);
     }
 }
+
+/// B := A·diag(d), A and B m×n. Without rows, d is not read either.
+BLA_BODY void scale_columns(int64_t m, int64_t n, const real* a, int64_t a_step, const real* d, real* b,
+                            int64_t b_step)
+{
+    if (m < 1)
+        return;
+    for_columns(m, n, b, b_step, a, a_step,
+                [=](int64_t j, real* to, const real* from, int64_t first, int64_t last) BLA_INLINED {
+                    const double factor = d[j];
+                    BLA_NO_OVERLAP
+                    for (int64_t i = first; i < last; ++i)
+                        to[i] = from[i] * factor;
+                });
+}

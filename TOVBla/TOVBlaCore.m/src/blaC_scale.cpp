@@ -8,14 +8,5 @@ BLA_TIERS_VRA(blac_scale_,
                const int* ldb),
               (m, n, d, a, lda, b, ldb))
 {
-    const int64_t rows = *m, columns = *n, a_step = *lda, b_step = *ldb;
-    if (rows < 1)
-        return; // d is not read either
-    for_columns(rows, columns, b, b_step, a, a_step,
-                [=](int64_t j, real* to, const real* from, int64_t first, int64_t last) BLA_INLINED {
-                    const double s = d[j];
-                    BLA_NO_OVERLAP
-                    for (int64_t i = first; i < last; ++i)
-                        to[i] = from[i] * s;
-                });
+    scale_columns(*m, *n, a, *lda, d, b, *ldb);
 }
