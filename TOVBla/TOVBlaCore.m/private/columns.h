@@ -10,14 +10,15 @@ template <class Column>
 BLA_BODY void for_columns(int64_t rows, int64_t columns, real* b, int64_t b_step, const real* a,
                           int64_t a_step, Column column)
 {
-    constexpr int64_t Long = 64, Alignment = 32;
+    constexpr int64_t Long = 64;
+    constexpr unsigned Alignment = 32;
     if (rows < Long) {
         for (int64_t j = 0; j < columns; ++j, b += b_step, a += a_step)
             column(j, b, a, 0, rows);
         return;
     }
     for (int64_t j = 0; j < columns; ++j, b += b_step, a += a_step) {
-        const int64_t head = -reinterpret_cast<__UINTPTR_TYPE__>(b) % Alignment / sizeof *b;
+        const int64_t head = elements_up_to(Alignment, b);
         column(j, b, a, 0, head);
         column(j, b, a, head, rows);
     }

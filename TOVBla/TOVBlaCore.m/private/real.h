@@ -18,6 +18,12 @@ using std::int64_t;
 /// The same for a lambda in such a body: it follows the parameters.
 #define BLA_INLINED __attribute__((always_inline))
 
+/// Elements from p up to the next multiple of so many bytes.
+BLA_BODY int64_t elements_up_to(unsigned bytes, const real* p)
+{
+    return static_cast<int64_t>(-reinterpret_cast<__UINTPTR_TYPE__>(p) % bytes / sizeof *p);
+}
+
 /// Before a loop: no array that it reads overlaps one that it writes. Clang has no such promise without a
 /// warning where it does not vectorise; it tests for overlap when the loop starts.
 #ifdef __clang__

@@ -13,7 +13,8 @@
 // column to column: so the lines of the next block are asked for meanwhile. Moves and shuffles of registers
 // keep every bit of a NaN.
 
-constexpr int64_t BandColumns = 16, BandRows = 16, TileOrder = 4, Line = 8; // in elements
+constexpr int64_t BandColumns = 16, BandRows = 16, TileOrder = 4;
+constexpr unsigned LineBytes = 64;
 
 typedef double Two __attribute__((vector_size(16), aligned(1), may_alias));
 typedef double Four __attribute__((vector_size(32), aligned(1), may_alias));
@@ -86,7 +87,7 @@ BLA_BODY void transpose_bands(bool add, bool far, int64_t m, int64_t n, const re
             const int64_t rows_end = smaller(rows + BandRows, tiled_m);
             if (far && !add) // a sum reads them, and reads run ahead by themselves
                 for (int64_t j = band; j < band_end; ++j)
-                    for (int64_t i = 0; i < BandRows; i += Line)
+                    for (int64_t i = 0; i < BandRows; i += int64_t{LineBytes / sizeof *d})
                         __builtin_prefetch(d + j * d_step + rows_end + i, 1); // cannot fault
             for (int64_t j = band; j < band_end; j += TileOrder)
                 for (int64_t i = rows; i < rows_end; i += TileOrder)
@@ -99,12 +100,6 @@ BLA_BODY void transpose_bands(bool add, bool far, int64_t m, int64_t n, const re
     for (int64_t j = tiled_n; j < n; ++j) // the columns right of them
         for (int64_t i = 0; i < m; ++i)
             put(add, d + j * d_step + i, s[i * s_step + j]);
-}
-
-/// Elements from p up to the start of a cache line.
-BLA_BODY int64_t before_line(const real* p)
-{
-    return static_cast<int64_t>(-reinterpret_cast<__UINTPTR_TYPE__>(p) % (Line * sizeof *p) / sizeof *p);
 }
 
 /// The same, with strips in front where the arrays do not start with a cache line, so that no line is wanted
@@ -124,7 +119,7 @@ BLA_BODY void transpose(bool add, int64_t m, int64_t n, const real* s, int64_t s
         return;
     }
     const bool far = m * n >= 2048; // else the strips would cost more than they save
-    const int64_t top = far ? before_line(d) : 0, left = far ? before_line(s) : 0;
+    const int64_t top = far ? elements_up_to(LineBytes, d) : 0, left = far ? elements_up_to(LineBytes, s) : 0;
     int64_t height, width;
     for (int64_t i = 0; i < m; i += height) {
         height = i < top ? smaller(top, m) : m - i;
