@@ -112,9 +112,9 @@ BLA_BODY void transpose(bool add, int64_t m, int64_t n, const real* s, int64_t s
         return;
     if (m == TileOrder && n == TileOrder)
         return transpose_tile<Lanes>(add, s, s_step, d, d_step);
-    if (m * n < 40) { // too few elements for tiles to pay
-        for (int64_t j = 0; j < n; ++j)
-            for (int64_t i = 0; i < m; ++i)
+    if (m * n < 50) { // too few elements for tiles to pay
+        for (int64_t i = 0; i < m; ++i)
+            for (int64_t j = 0; j < n; ++j)
                 put(add, d + j * d_step + i, s[i * s_step + j]);
         return;
     }
