@@ -45,10 +45,11 @@ BLA_BODY void scaled_product(const char* transa, const char* transb, const int* 
                 diagonal[l] = d[l * d_step];
             d = diagonal;
         }
-        for (int64_t j = 0; j < columns; ++j)
+        for (int64_t j = 0; j < columns; ++j) {
             BLA_NO_OVERLAP
-        for (int64_t l = 0; l < inner; ++l)
-            w[j * inner + l] = b[j * b_step + l] * d[l];
+            for (int64_t l = 0; l < inner; ++l)
+                w[j * inner + l] = b[j * b_step + l] * d[l];
+        }
     }
     dgemm_(transa, transb, m, n, k, alpha, a, lda, w, transposed ? n : k, beta, c, ldc, 1, 1);
     if (heap)

@@ -49,8 +49,8 @@
         call;                                                                                                \
     }
 
-// One load of the feature word and at most three tests a call, and no register saved: filling an empty word,
-// which happens once, has a function of its own.
+// One load of the feature word and at most three tests a call, then a jump. No register is saved, for nothing
+// is inlined here: neither a variant nor the filling of an empty word, which happens once.
 #define BLA_DISPATCH_VRA(name, params, args)                                                                 \
     BLA_DISPATCH(name, params, args, {                                                                       \
         if ((word & tier::V) == tier::V)                                                                     \

@@ -6,8 +6,9 @@ BLA_TIERS_VA(blac_addtriblock_, (const int* n, real* a, const int* lda, const re
              (n, a, lda, b, ldb))
 {
     const int64_t a_step = int64_t{*lda} + 1, b_step = int64_t{*ldb} + 1; // from diagonal to diagonal
-    for (int64_t rows = *n; rows > 0; --rows, a += a_step, b += b_step)
+    for (int64_t rows = *n; rows > 0; --rows, a += a_step, b += b_step) {
         BLA_NO_OVERLAP
-    for (int64_t i = 0; i < rows; ++i)
-        a[i] = a[i] + b[i];
+        for (int64_t i = 0; i < rows; ++i)
+            a[i] = a[i] + b[i];
+    }
 }

@@ -11,8 +11,8 @@ BLA_TIERS_VA(blac_reflect_, (const char* uplo, const int* n, real* a, const int*
         return;
     const int64_t order = *n, step = *lda;
     int64_t width;
-    for (int64_t j = 0; j < order; j += width) {                            // bands of destination columns
-        width = order > BandColumns ? elements_up_to(LineBytes, a + j) : 0; // a small matrix is one band
+    for (int64_t j = 0; j < order; j += width) { // bands of destination columns; a small matrix is one
+        width = order > BandColumns ? elements_up_to(LineBytes, a + j) : 0;
         width = smaller(width > 0 ? width : BandColumns, order - j);
         const int64_t rest = order - j - width;
         real* const diagonal = a + j * step + j;
