@@ -3,6 +3,7 @@
 # Installs what is missing, builds, and measures every kernel beside the plain loop, other libraries and the machine's
 # limits. Arguments go to benchmarks/report.py: ./bench.sh --families selim_small --svg curves.svg
 # Whole factorisations beside other solvers: ./bench.sh --end-to-end
+# Calls on tiny blocks beside the plain loops: ./bench.sh --small-calls
 set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/prepare.sh

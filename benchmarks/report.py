@@ -4,11 +4,13 @@
 usage: report.py BENCHMARK... [--families REGEX] [--repetitions N] [--threads N] [--behind BYTES]
                  [--json FILE] [--markdown FILE] [--svg FILE]
        report.py BENCHMARK --end-to-end [--threads N] [--repetitions N]
+       report.py BENCHMARK --small-calls [--families REGEX]
 
 A line is one family and size. Its variants run in one process of their own, several times, interleaved at random where
 the BLAS has one thread; the best of each counts. Prints every line with the ratios kernel/peer, the targets of targets.txt and whether they are
 reached. --json keeps the rates, --svg draws them over the size. --end-to-end compares whole factorisations instead, of
-elasticity and of the matrices in the folder BLA_TEST_DATA.
+elasticity and of the matrices in the folder BLA_TEST_DATA. --small-calls compares calls on tiny blocks with the plain
+loops behind the same interface.
 """
 import argparse
 import collections
@@ -146,6 +148,12 @@ def compare_solvers(benchmark, repetitions, threads):
                            "--cube=16", "--cube=24", "--cube=32", *files], env=environment).returncode
 
 
+def compare_small_calls(benchmark, families):
+    """Runs the comparison of calls on tiny blocks and returns its exit status."""
+    program = os.path.join(os.path.dirname(benchmark), "bla_small_calls")
+    return subprocess.run([program] + ([f"--families={families}"] if families else [])).returncode
+
+
 def machine_name():
     for text in open("/proc/cpuinfo", encoding="utf-8"):
         if text.startswith("model name"):
@@ -163,6 +171,7 @@ def main():
     parser.add_argument("--behind", type=int, default=16, help="bytes between the start of a page and an array: 16 "
                         "(default) is where malloc places large ones, 0 where a careful caller does")
     parser.add_argument("--end-to-end", action="store_true", help="compare whole factorisations")
+    parser.add_argument("--small-calls", action="store_true", help="compare calls on tiny blocks")
     parser.add_argument("--json", help="write the rates to this file")
     parser.add_argument("--markdown", help="write the table to this file")
     parser.add_argument("--svg", help="draw the curves into this file")
@@ -170,6 +179,9 @@ def main():
 
     if arguments.end_to_end:
         sys.exit(compare_solvers(arguments.programs[0], arguments.repetitions, arguments.threads))
+
+    if arguments.small_calls:
+        sys.exit(compare_small_calls(arguments.programs[0], arguments.families))
 
     targets = read_targets()
     lines = list_lines(arguments.programs, arguments.families)
