@@ -16,31 +16,52 @@
 // them at every call. Nothing that a body calls may be shared with other sources unless it is inlined too
 // (BLA_BODY): a shared copy compiled for AVX2 would run on processors without it.
 //
-// A body that is blocked by hand may ask for `Lanes`, the number of doubles in a register of its tier (4, 4,
-// 2).
+// A body that is blocked by hand may ask for Tier::Lanes, the number of doubles in a register of its tier,
+// and leave to Tier::apart what would make tiny calls save registers for nothing.
 //
 // No variant may use fused multiply-add: the target attributes leave it out and -ffp-contract=off stands in
 // the build, so that all tiers give the same bits.
 
+#define BLA_TIER(name, instructions, lanes)                                                                  \
+    namespace name {                                                                                         \
+    struct Tier                                                                                              \
+    {                                                                                                        \
+        static constexpr int Lanes = lanes;                                                                  \
+                                                                                                             \
+        /* Calls f in a function of its own, compiled for this tier. f follows BLA_BODY or BLA_INLINED. */   \
+        template <class Function, class... Arguments>                                                        \
+        [[gnu::target(instructions), gnu::noinline]] static void apart(Function f, Arguments... arguments)   \
+        {                                                                                                    \
+            f(arguments...);                                                                                 \
+        }                                                                                                    \
+    };                                                                                                       \
+    }
+
+namespace {
+BLA_TIER(V, "avx2", 4)
+BLA_TIER(R, "avx", 4)
+BLA_TIER(A, "sse2", 2)
+} // namespace
+
 /// Kernels with all three tiers.
 #define BLA_TIERS_VRA(name, params, args)                                                                    \
-    template <int Lanes>                                                                                     \
+    template <class Tier>                                                                                    \
     BLA_BODY void name##body params;                                                                         \
-    BLA_VARIANT(name##V, "avx2", params, name##body<4> args)                                                 \
-    BLA_VARIANT(name##R, "avx", params, name##body<4> args)                                                  \
-    BLA_VARIANT(name##A, "sse2", params, name##body<2> args)                                                 \
+    BLA_VARIANT(name##V, "avx2", params, name##body<V::Tier> args)                                           \
+    BLA_VARIANT(name##R, "avx", params, name##body<R::Tier> args)                                            \
+    BLA_VARIANT(name##A, "sse2", params, name##body<A::Tier> args)                                           \
     BLA_DISPATCH_VRA(name, params, args)                                                                     \
-    template <int Lanes>                                                                                     \
+    template <class Tier>                                                                                    \
     BLA_BODY void name##body params
 
 /// Kernels with two tiers: a processor with AVX but without AVX2 runs the baseline.
 #define BLA_TIERS_VA(name, params, args)                                                                     \
-    template <int Lanes>                                                                                     \
+    template <class Tier>                                                                                    \
     BLA_BODY void name##body params;                                                                         \
-    BLA_VARIANT(name##V, "avx2", params, name##body<4> args)                                                 \
-    BLA_VARIANT(name##A, "sse2", params, name##body<2> args)                                                 \
+    BLA_VARIANT(name##V, "avx2", params, name##body<V::Tier> args)                                           \
+    BLA_VARIANT(name##A, "sse2", params, name##body<A::Tier> args)                                           \
     BLA_DISPATCH_VA(name, params, args)                                                                      \
-    template <int Lanes>                                                                                     \
+    template <class Tier>                                                                                    \
     BLA_BODY void name##body params
 
 #define BLA_VARIANT(variant, instructions, params, call)                                                     \

@@ -7,5 +7,5 @@ BLA_TIERS_VA(blac_datcpy_,
              (const int* m, const int* n, const real* a, const int* lda, real* b, const int* ldb),
              (m, n, a, lda, b, ldb))
 {
-    transpose<Lanes>(false, *m, *n, a, *lda, b, *ldb);
+    transpose<Tier, false>(*m, *n, a, *lda, b, *ldb);
 }

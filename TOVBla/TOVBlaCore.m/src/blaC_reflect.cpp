@@ -4,26 +4,47 @@
 #include "tiers.h"
 #include "transpose.h"
 
-BLA_TIERS_VA(blac_reflect_, (const char* uplo, const int* n, real* a, const int* lda), (uplo, n, a, lda))
+/// The triangle of the order×order block at a.
+template <bool Lower>
+BLA_BODY void reflect_plainly(int64_t order, real* a, int64_t step)
 {
-    const bool lower = lsame_(uplo, "L", 1, 1), upper = lsame_(uplo, "U", 1, 1); // both, before n is read
-    if (!lower && !upper)
-        return;
-    const int64_t order = *n, step = *lda;
+    for (int64_t c = 1; c < order; ++c)
+        for (int64_t r = 0; r < c; ++r)
+            Lower ? put<false>(a + c * step + r, a[r * step + c])
+                  : put<false>(a + r * step + c, a[c * step + r]);
+}
+
+/// Bands of destination columns: what lies above the diagonal block or below it, then the block itself.
+template <class Tier, bool Lower>
+BLA_BODY void reflect_bands(int64_t order, real* a, int64_t step)
+{
     int64_t width;
-    for (int64_t j = 0; j < order; j += width) { // bands of destination columns; a small matrix is one
-        width = order > BandColumns ? elements_up_to(LineBytes, a + j) : 0;
+    for (int64_t j = 0; j < order; j += width) {
+        width = elements_up_to(LineBytes, a + j);
         width = smaller(width > 0 ? width : BandColumns, order - j);
         const int64_t rest = order - j - width;
         real* const diagonal = a + j * step + j;
-        if (lower) // what lies above the diagonal block; else what lies below it
-            transpose<Lanes>(false, j, width, a + j, step, a + j * step, step);
+        if (Lower)
+            transpose<Tier, false>(j, width, a + j, step, a + j * step, step);
         else
-            transpose<Lanes>(false, rest, width, diagonal + width * step, step, diagonal + width, step);
-        for (int64_t c = 1; c < width; ++c)
-            for (int64_t r = 0; r < c; ++r) {
-                real *const above = diagonal + c * step + r, *const below = diagonal + r * step + c;
-                lower ? put(false, above, *below) : put(false, below, *above);
-            }
+            transpose<Tier, false>(rest, width, diagonal + width * step, step, diagonal + width, step);
+        reflect_plainly<Lower>(width, diagonal, step);
     }
+}
+
+template <class Tier, bool Lower>
+BLA_BODY void reflect(int64_t order, real* a, int64_t step)
+{
+    if (order <= BandColumns)
+        return reflect_plainly<Lower>(order, a, step);
+    Tier::apart([](auto... all) BLA_INLINED { reflect_bands<Tier, Lower>(all...); }, order, a, step);
+}
+
+BLA_TIERS_VA(blac_reflect_, (const char* uplo, const int* n, real* a, const int* lda), (uplo, n, a, lda))
+{
+    const bool lower = lsame_(uplo, "L", 1, 1), upper = lsame_(uplo, "U", 1, 1); // both, before n is read
+    if (lower)
+        reflect<Tier, true>(*n, a, *lda);
+    else if (upper)
+        reflect<Tier, false>(*n, a, *lda);
 }
