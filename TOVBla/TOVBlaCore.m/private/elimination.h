@@ -85,9 +85,25 @@ BLA_BODY void eliminate_plainly(int64_t order, int64_t n, real* a, int64_t lda, 
 #define TIER_LANES 2
 #include "elimination_tiles.h"
 
-/// A kernel with three tiers, as BLA_TIERS_VRA makes it, whose body is one elimination.
+/// A kernel with three tiers, as BLA_TIERS_VRA makes it, whose body is one elimination. Less than a tile is
+/// eliminated at once, without room and registers for tiles.
 #define BLA_ELIMINATION(name, params, args, symmetric, rule)                                                 \
-    BLA_VARIANT(name##V, "avx2", params, V::eliminate<symmetric>(*n, a, *lda, d, dinv, rule))                \
-    BLA_VARIANT(name##R, "avx", params, R::eliminate<symmetric>(*n, a, *lda, d, dinv, rule))                 \
-    BLA_VARIANT(name##A, "sse2", params, A::eliminate<symmetric>(*n, a, *lda, d, dinv, rule))                \
+    BLA_ELIMINATION_VARIANT(name, V, "avx2", params, args, symmetric, rule)                                  \
+    BLA_ELIMINATION_VARIANT(name, R, "avx", params, args, symmetric, rule)                                   \
+    BLA_ELIMINATION_VARIANT(name, A, "sse2", params, args, symmetric, rule)                                  \
     BLA_DISPATCH_VRA(name, params, args)
+
+#define BLA_ELIMINATION_VARIANT(name, tier, instructions, params, args, symmetric, rule)                     \
+    namespace {                                                                                              \
+    namespace tier {                                                                                         \
+    [[gnu::target(instructions), gnu::noinline]] void name##in_tiles params                                  \
+    {                                                                                                        \
+        eliminate<symmetric>(*n, a, *lda, d, dinv, rule);                                                    \
+    }                                                                                                        \
+    }                                                                                                        \
+    }                                                                                                        \
+    BLA_VARIANT(name##tier, instructions, params, {                                                          \
+        if (*n >= 4)                                                                                         \
+            return tier::name##in_tiles args;                                                                \
+        eliminate_plainly<symmetric>(*n, *n, a, *lda, d, dinv, rule);                                        \
+    })
