@@ -5,10 +5,12 @@
 
 // Once the rotations are known, the rows of a factor are independent of one another. So a tall block of rows,
 // with its elements of x in an array on the stack, goes through the columns four at a time: each element of
-// the factor is loaded once, from contiguous memory. Only the triangle on the diagonal goes row by row.
+// the factor is loaded once, from contiguous memory. Only the triangle on the diagonal goes row by row, and
+// so does a small factor, which would wait for the blocks' preparations.
 
 constexpr int64_t RowBlock = 512;
 constexpr int64_t ColumnGroup = 4;
+constexpr int64_t SmallFactor = 8;
 
 /// An element of the factor and the element of x in its row.
 struct Turned

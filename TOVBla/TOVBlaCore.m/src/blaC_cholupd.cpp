@@ -55,10 +55,25 @@ BLA_BODY void turn(real* l, int64_t step, real* x, int64_t rows, const Rotation*
     turn_rows<K, Columns>(l + i, step, x + i, rows - i, rotations);
 }
 
+/// Makes the rotation of a column from its diagonal and the element of x there, and turns the diagonal.
+/// False if it is refused: then nothing is changed.
+template <Kind K>
+BLA_BODY bool turn_diagonal(real* diagonal, double x, double tol, Rotation& rotation)
+{
+    const double t = x / *diagonal; // a NaN is not refused
+    if (K == Kind::Hyperbolic && __builtin_fabs(t) >= 1.0 - tol)
+        return false;
+    const double c = __builtin_sqrt(K == Kind::Orthogonal ? t * t + 1.0 : 1.0 - t * t);
+    *diagonal = *diagonal * c;
+    rotation = {t, c};
+    return true;
+}
+
 /// Takes the columns first..last-1 of a factor of order n; returns the number of the one that was
 /// refused, counted from 1, or 0.
 template <Kind K>
-BLA_BODY int sweep(int64_t first, int64_t last, int64_t n, real* l, int64_t step, real* x, double tol)
+BLA_BODY int sweep_in_groups(int64_t first, int64_t last, int64_t n, real* l, int64_t step, real* x,
+                             double tol)
 {
     constexpr int64_t Group = 4;
     for (int64_t j = first; j < last; j += Group) {
@@ -68,12 +83,8 @@ BLA_BODY int sweep(int64_t first, int64_t last, int64_t n, real* l, int64_t step
         int64_t k = j;
         for (; k < end; ++k) {
             real* const diagonal = l + k * step + k;
-            const double t = x[k] / *diagonal; // a NaN is not refused
-            if (K == Kind::Hyperbolic && __builtin_fabs(t) >= 1.0 - tol)
+            if (!turn_diagonal<K>(diagonal, x[k], tol, rotations[k - j]))
                 break;
-            const double c = __builtin_sqrt(K == Kind::Orthogonal ? t * t + 1.0 : 1.0 - t * t);
-            *diagonal = *diagonal * c;
-            rotations[k - j] = {t, c};
             turn<K, 1>(diagonal + 1, step, x + k + 1, below - k - 1, &rotations[k - j]);
         }
         real *const rest = l + j * step + below, *const x_rest = x + below;
@@ -97,6 +108,43 @@ BLA_BODY int sweep(int64_t first, int64_t last, int64_t n, real* l, int64_t step
     return 0;
 }
 
+/// The same, one column after the other and the same code for all tiers: short columns gain nothing from
+/// vectors.
+template <Kind K>
+[[gnu::noinline]] int sweep_plainly(int64_t first, int64_t last, int64_t n, real* l, int64_t step, real* x,
+                                    double tol)
+{
+    for (int64_t k = first; k < last; ++k) {
+        real* const diagonal = l + k * step + k;
+        Rotation rotation;
+        if (!turn_diagonal<K>(diagonal, x[k], tol, rotation))
+            return static_cast<int>(k + 1);
+        turn_rows<K, 1>(diagonal + 1, step, x + k + 1, n - k - 1, &rotation);
+    }
+    return 0;
+}
+
+template <Kind K, bool Small>
+BLA_BODY int sweep(int64_t first, int64_t last, int64_t n, real* l, int64_t step, real* x, double tol)
+{
+    return Small ? sweep_plainly<K>(first, last, n, l, step, x, tol)
+                 : sweep_in_groups<K>(first, last, n, l, step, x, tol);
+}
+
+/// Both kinds, each on its columns; returns what was refused, as above.
+template <bool Small>
+BLA_BODY int modify(bool add, int64_t n, int64_t leading, int64_t columns, real* l, int64_t step, real* x,
+                    double tol)
+{
+    int refused = 0;
+    for (int phase = 0; phase < 2 && refused == 0; ++phase) {
+        const int64_t first = phase == 0 ? 0 : leading, last = phase == 0 ? leading : columns;
+        refused = add == (phase == 0) ? sweep<Kind::Orthogonal, Small>(first, last, n, l, step, x, tol)
+                                      : sweep<Kind::Hyperbolic, Small>(first, last, n, l, step, x, tol);
+    }
+    return refused;
+}
+
 } // namespace
 
 BLA_TIERS_VRA(blac_cholupd_,
@@ -111,11 +159,9 @@ BLA_TIERS_VRA(blac_cholupd_,
     const int64_t order = *n, step = *ldl;
     const int64_t leading = *nlead < *ncol ? *nlead : *ncol; // not bounded by n
     const int64_t columns = *n < *ncol ? *n : *ncol;
-    for (int phase = 0; phase < 2 && *info == 0; ++phase) {
-        const int64_t first = phase == 0 ? 0 : leading, last = phase == 0 ? leading : columns;
-        if (add == (phase == 0))
-            sweep<Kind::Orthogonal>(first, last, order, l, step, x, *tol);
-        else
-            *info = sweep<Kind::Hyperbolic>(first, last, order, l, step, x, *tol);
-    }
+    if (order <= 8)
+        *info = modify<true>(add, order, leading, columns, l, step, x, *tol);
+    else
+        Tier::apart([](int* refused, auto... all) BLA_INLINED { *refused = modify<false>(all...); }, info,
+                    add, order, leading, columns, l, step, x, *tol);
 }
