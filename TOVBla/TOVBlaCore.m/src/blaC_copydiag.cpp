@@ -9,16 +9,24 @@
 
 static_assert(1.0 / pivot::Huge == pivot::Tiny);
 
-BLA_TIERS_VRA(blac_copydiag_, (const int* n, const real* a, const int* lda, real* d, real* dinv),
-              (n, a, lda, d, dinv))
+BLA_BODY void copy_pivots(int64_t order, const real* a, int64_t step, real* d, real* dinv)
 {
-    const int64_t order = *n, diagonal_step = int64_t{*lda} + 1;
     BLA_NO_OVERLAP
     for (int64_t i = 0; i < order; ++i) {
-        const double value = a[i * diagonal_step];
+        const double value = a[i * step];
         const double positive = value > pivot::Tiny ? value : pivot::Huge;
         const double p = -pivot::Tiny > value ? value : positive;
         d[i] = p;
         dinv[i] = 1.0 / p;
     }
+}
+
+BLA_TIERS_VRA(blac_copydiag_, (const int* n, const real* a, const int* lda, real* d, real* dinv),
+              (n, a, lda, d, dinv))
+{
+    const int64_t order = *n, diagonal_step = int64_t{*lda} + 1;
+    if (order < 4) // not a vector
+        copy_pivots(order, a, diagonal_step, d, dinv);
+    else
+        Tier::apart([](auto... all) BLA_INLINED { copy_pivots(all...); }, order, a, diagonal_step, d, dinv);
 }

@@ -2,13 +2,15 @@
 // x(k) := a, k = 1..n.
 #include "pattern.h"
 #include "tiers.h"
+#include "walk.h"
 
 BLA_TIERS_VRA(tovbla_vdasn_, (const int* n, real* x, const real* a), (n, x, a))
 {
-    const int64_t count = *n;
-    if (count < 1)
+    if (*n < 1)
         return; // a is not read either
     const pattern value = *patterns(a);
-    for (int64_t k = 0; k < count; ++k)
-        patterns(x)[k] = value;
+    walk(*n, [=](int64_t count) BLA_INLINED {
+        for (int64_t k = 0; k < count; ++k)
+            patterns(x)[k] = value;
+    });
 }

@@ -3,14 +3,15 @@
 #include "TOVBlaModule.h"
 
 #include "pattern.h"
+#include "walk.h"
 
 BLA_EXPORT void tovbla_vdcopyi_(const int* n, const real* x, const int* incx, real* y, const int* incy)
 {
-    const int64_t count = *n, x_step = *incx, y_step = *incy;
-    if (x_step == 1 && y_step == 1)
-        for (int64_t k = 0; k < count; ++k)
-            patterns(y)[k] = patterns(x)[k];
-    else
-        for (int64_t k = 0; k < count; ++k)
-            patterns(y)[k * y_step] = patterns(x)[k * x_step];
+    walk(
+        *n,
+        [=](int64_t count, int64_t x_step, int64_t y_step) BLA_INLINED {
+            for (int64_t k = 0; k < count; ++k)
+                patterns(y)[k * y_step] = patterns(x)[k * x_step];
+        },
+        int64_t{*incx}, int64_t{*incy});
 }

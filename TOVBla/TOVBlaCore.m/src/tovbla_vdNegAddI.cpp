@@ -5,6 +5,7 @@
 // and a NaN changes its sign as well.
 #include "pattern.h"
 #include "tiers.h"
+#include "walk.h"
 
 /// The bits of -(x + y).
 BLA_BODY std::uint64_t negated_sum(double x, double y)
@@ -17,11 +18,11 @@ BLA_TIERS_VA(tovbla_vdnegaddi_,
               const int* incz),
              (n, x, incx, y, incy, z, incz))
 {
-    const int64_t count = *n, x_step = *incx, y_step = *incy, z_step = *incz;
-    if (x_step == 1 && y_step == 1 && z_step == 1)
-        for (int64_t k = 0; k < count; ++k)
-            patterns(z)[k] = negated_sum(x[k], y[k]);
-    else
-        for (int64_t k = 0; k < count; ++k)
-            patterns(z)[k * z_step] = negated_sum(x[k * x_step], y[k * y_step]);
+    walk(
+        *n,
+        [=](int64_t count, int64_t x_step, int64_t y_step, int64_t z_step) BLA_INLINED {
+            for (int64_t k = 0; k < count; ++k)
+                patterns(z)[k * z_step] = negated_sum(x[k * x_step], y[k * y_step]);
+        },
+        int64_t{*incx}, int64_t{*incy}, int64_t{*incz});
 }

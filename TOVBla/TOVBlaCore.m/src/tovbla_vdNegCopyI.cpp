@@ -4,15 +4,16 @@
 // The sign bit is flipped, that of a NaN too: 0 - x would do neither that nor turn 0 into -0.
 #include "pattern.h"
 #include "tiers.h"
+#include "walk.h"
 
 BLA_TIERS_VA(tovbla_vdnegcopyi_, (const int* n, const real* x, const int* incx, real* y, const int* incy),
              (n, x, incx, y, incy))
 {
-    const int64_t count = *n, x_step = *incx, y_step = *incy;
-    if (x_step == 1 && y_step == 1)
-        for (int64_t k = 0; k < count; ++k)
-            patterns(y)[k] = patterns(x)[k] ^ SignBit;
-    else
-        for (int64_t k = 0; k < count; ++k)
-            patterns(y)[k * y_step] = patterns(x)[k * x_step] ^ SignBit;
+    walk(
+        *n,
+        [=](int64_t count, int64_t x_step, int64_t y_step) BLA_INLINED {
+            for (int64_t k = 0; k < count; ++k)
+                patterns(y)[k * y_step] = patterns(x)[k * x_step] ^ SignBit;
+        },
+        int64_t{*incx}, int64_t{*incy});
 }

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // x(k) := x(k)·a, k = 1..n.
 #include "tiers.h"
+#include "walk.h"
 
 BLA_TIERS_VRA(tovbla_vdscale_, (const int* n, real* x, const real* a), (n, x, a))
 {
-    const int64_t count = *n;
-    if (count < 1)
+    if (*n < 1)
         return; // a is not read either
     const double factor = *a;
-    for (int64_t k = 0; k < count; ++k)
-        x[k] = x[k] * factor;
+    walk(*n, [=](int64_t count) BLA_INLINED {
+        for (int64_t k = 0; k < count; ++k)
+            x[k] = x[k] * factor;
+    });
 }
