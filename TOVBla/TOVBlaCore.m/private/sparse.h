@@ -13,15 +13,28 @@ struct CompressedRows
     const integer* start;
     const integer* column;
     const real* value;
+    bool far; ///< larger than a cache may be
 };
 
+/// A matrix whose rows are all wanted, or none if nrhs < 1.
+BLA_BODY CompressedRows all_rows(const integer* start, const integer* column, const real* value, int64_t rows,
+                                 int64_t nrhs)
+{
+    constexpr int64_t FarEntries = 1 << 17;
+    const bool wanted = rows > 0 && nrhs > 0; // else not even row pointers need exist
+    return {start, column, value, wanted && int64_t{start[rows]} - start[0] > FarEntries};
+}
+
 /// Entries lie far apart in time from one another where the matrix is larger than the cache, so those that
-/// come this many entries later are asked for. A prefetch cannot fault, wherever the row pointers lead.
+/// come this many entries later are asked for. A prefetch cannot fault, wherever the row pointers lead. In a
+/// cache it would only cost.
 constexpr int64_t EntriesAhead = 512;
 constexpr int64_t ValuesPerLine = 64 / sizeof(real), ColumnsPerLine = 64 / sizeof(integer);
 
 BLA_BODY void prefetch_entries(const CompressedRows& a, int64_t start, int64_t end)
 {
+    if (!a.far)
+        return;
     for (int64_t p = start + EntriesAhead; p < end + EntriesAhead; p += ValuesPerLine)
         __builtin_prefetch(a.value + p);
     for (int64_t p = start + EntriesAhead; p < end + EntriesAhead; p += ColumnsPerLine)

@@ -8,5 +8,5 @@
 BLA_EXPORT void blac_sparse_umtv_(const real* a, const real* x, const integer* ia, const integer* ja, real* y,
                                   const int* m, const int* n, const int* nrhs)
 {
-    scatter_rows({ia, ja, a}, x, *m, y, *n, *nrhs, [](int64_t s) { return s; });
+    scatter_rows(all_rows(ia, ja, a, *m, *nrhs), x, *m, y, *n, *nrhs, [](int64_t s) { return s; });
 }

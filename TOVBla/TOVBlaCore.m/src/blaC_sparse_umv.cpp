@@ -62,8 +62,8 @@ static void multiply_two_rows(const CompressedRows& a, int64_t i, const real* x,
 BLA_EXPORT void blac_sparse_umv_(const real* a, const real* x, const integer* ia, const integer* ja, real* y,
                                  const int* m, const int* n, const int* nrhs)
 {
-    const CompressedRows matrix{ia, ja, a};
     const int64_t rows = *m, columns = *n;
+    const CompressedRows matrix = all_rows(ia, ja, a, rows, *nrhs);
     for_column_blocks(*nrhs, [=]<int W>(Width<W>, int64_t k) {
         const real* const xk = x + k * columns;
         real* const yk = y + k * rows;
