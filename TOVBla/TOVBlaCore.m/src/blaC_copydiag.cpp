@@ -2,8 +2,8 @@
 // d(i) := A(i,i), dinv(i) := 1/d(i); a tiny pivot, |A(i,i)| <= 1e-36 or NaN, gives d(i) = 1e36 and dinv(i) =
 // 1e-36.
 //
-// 1e-36 is the rounded reciprocal of 1e36, so one division serves both cases. The two-sided strict test is
-// written as two selections: with `exceeds` the compiler does not vectorise.
+// 1e-36 is the rounded reciprocal of 1e36, so one division serves both cases. For vectors the two-sided
+// strict test is written as two selections: with `exceeds` the compiler makes none.
 #include "pivot.h"
 #include "tiers.h"
 
@@ -26,7 +26,12 @@ BLA_TIERS_VRA(blac_copydiag_, (const int* n, const real* a, const int* lda, real
 {
     const int64_t order = *n, diagonal_step = int64_t{*lda} + 1;
     if (order < 4) // not a vector
-        copy_pivots(order, a, diagonal_step, d, dinv);
+        for (int64_t i = 0; i < order; ++i) {
+            const double value = a[i * diagonal_step];
+            const bool kept = exceeds(value, pivot::Tiny);
+            d[i] = kept ? value : pivot::Huge;
+            dinv[i] = kept ? 1.0 / value : pivot::Tiny;
+        }
     else
         Tier::apart([](auto... all) BLA_INLINED { copy_pivots(all...); }, order, a, diagonal_step, d, dinv);
 }
