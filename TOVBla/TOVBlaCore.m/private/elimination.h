@@ -73,37 +73,43 @@ BLA_BODY void eliminate_plainly(int64_t order, int64_t n, real* a, int64_t lda, 
 }
 
 #define TIER V
-#define TIER_TARGET "avx2"
-#define TIER_LANES 4
+#define TIER_TARGET BLA_INSTRUCTIONS_V
+#define TIER_LANES BLA_LANES_V
 #include "elimination_tiles.h"
 #define TIER R
-#define TIER_TARGET "avx"
-#define TIER_LANES 4
+#define TIER_TARGET BLA_INSTRUCTIONS_R
+#define TIER_LANES BLA_LANES_R
 #include "elimination_tiles.h"
 #define TIER A
-#define TIER_TARGET "sse2"
-#define TIER_LANES 2
+#define TIER_TARGET BLA_INSTRUCTIONS_A
+#define TIER_LANES BLA_LANES_A
 #include "elimination_tiles.h"
 
 /// A kernel with three tiers, as BLA_TIERS_VRA makes it, whose body is one elimination. Less than a tile is
-/// eliminated at once, without room and registers for tiles.
+/// eliminated plainly, by the same code for all tiers: no vectors fit, and no room for tiles is wanted.
 #define BLA_ELIMINATION(name, params, args, symmetric, rule)                                                 \
-    BLA_ELIMINATION_VARIANT(name, V, "avx2", params, args, symmetric, rule)                                  \
-    BLA_ELIMINATION_VARIANT(name, R, "avx", params, args, symmetric, rule)                                   \
-    BLA_ELIMINATION_VARIANT(name, A, "sse2", params, args, symmetric, rule)                                  \
+    [[gnu::noinline]] static void name##plainly params                                                       \
+    {                                                                                                        \
+        if (*n < 4) /* once more, so that the compiler counts on it */                                       \
+            eliminate_plainly<symmetric>(*n, *n, a, *lda, d, dinv, rule);                                    \
+    }                                                                                                        \
+    BLA_ELIMINATION_VARIANT(name, V, params, args, symmetric, rule)                                          \
+    BLA_ELIMINATION_VARIANT(name, R, params, args, symmetric, rule)                                          \
+    BLA_ELIMINATION_VARIANT(name, A, params, args, symmetric, rule)                                          \
     BLA_DISPATCH_VRA(name, params, args)
 
-#define BLA_ELIMINATION_VARIANT(name, tier, instructions, params, args, symmetric, rule)                     \
+#define BLA_ELIMINATION_VARIANT(name, tier, params, args, symmetric, rule)                                   \
     namespace {                                                                                              \
     namespace tier {                                                                                         \
-    [[gnu::target(instructions), gnu::noinline]] void name##in_tiles params                                  \
+    [[gnu::noinline, gnu::target(BLA_INSTRUCTIONS_##tier)]] void name##in_tiles params                       \
     {                                                                                                        \
         eliminate<symmetric>(*n, a, *lda, d, dinv, rule);                                                    \
     }                                                                                                        \
     }                                                                                                        \
     }                                                                                                        \
-    BLA_VARIANT(name##tier, instructions, params, {                                                          \
-        if (*n >= 4)                                                                                         \
-            return tier::name##in_tiles args;                                                                \
-        eliminate_plainly<symmetric>(*n, *n, a, *lda, d, dinv, rule);                                        \
+    BLA_VARIANT(name, tier, params, {                                                                        \
+        if (*n < 4)                                                                                          \
+            name##plainly args;                                                                              \
+        else                                                                                                 \
+            tier::name##in_tiles args;                                                                       \
     })

@@ -22,15 +22,24 @@
 // No variant may use fused multiply-add: the target attributes leave it out and -ffp-contract=off stands in
 // the build, so that all tiers give the same bits.
 
-#define BLA_TIER(name, instructions, lanes)                                                                  \
-    namespace name {                                                                                         \
+// What the compiler may use for each tier, and the doubles that a register holds.
+#define BLA_INSTRUCTIONS_V "avx2"
+#define BLA_INSTRUCTIONS_R "avx"
+#define BLA_INSTRUCTIONS_A "sse2"
+#define BLA_LANES_V 4
+#define BLA_LANES_R 4
+#define BLA_LANES_A 2
+
+#define BLA_TIER(tier)                                                                                       \
+    namespace tier {                                                                                         \
     struct Tier                                                                                              \
     {                                                                                                        \
-        static constexpr int Lanes = lanes;                                                                  \
+        static constexpr int Lanes = BLA_LANES_##tier;                                                       \
                                                                                                              \
         /* Calls f in a function of its own, compiled for this tier. f follows BLA_BODY or BLA_INLINED. */   \
         template <class Function, class... Arguments>                                                        \
-        [[gnu::target(instructions), gnu::noinline]] static void apart(Function f, Arguments... arguments)   \
+        [[gnu::target(BLA_INSTRUCTIONS_##tier), gnu::noinline]] static void apart(Function f,                \
+                                                                                  Arguments... arguments)    \
         {                                                                                                    \
             f(arguments...);                                                                                 \
         }                                                                                                    \
@@ -38,18 +47,18 @@
     }
 
 namespace {
-BLA_TIER(V, "avx2", 4)
-BLA_TIER(R, "avx", 4)
-BLA_TIER(A, "sse2", 2)
+BLA_TIER(V)
+BLA_TIER(R)
+BLA_TIER(A)
 } // namespace
 
 /// Kernels with all three tiers.
 #define BLA_TIERS_VRA(name, params, args)                                                                    \
     template <class Tier>                                                                                    \
     BLA_BODY void name##body params;                                                                         \
-    BLA_VARIANT(name##V, "avx2", params, name##body<V::Tier> args)                                           \
-    BLA_VARIANT(name##R, "avx", params, name##body<R::Tier> args)                                            \
-    BLA_VARIANT(name##A, "sse2", params, name##body<A::Tier> args)                                           \
+    BLA_VARIANT(name, V, params, name##body<V::Tier> args)                                                   \
+    BLA_VARIANT(name, R, params, name##body<R::Tier> args)                                                   \
+    BLA_VARIANT(name, A, params, name##body<A::Tier> args)                                                   \
     BLA_DISPATCH_VRA(name, params, args)                                                                     \
     template <class Tier>                                                                                    \
     BLA_BODY void name##body params
@@ -58,14 +67,15 @@ BLA_TIER(A, "sse2", 2)
 #define BLA_TIERS_VA(name, params, args)                                                                     \
     template <class Tier>                                                                                    \
     BLA_BODY void name##body params;                                                                         \
-    BLA_VARIANT(name##V, "avx2", params, name##body<V::Tier> args)                                           \
-    BLA_VARIANT(name##A, "sse2", params, name##body<A::Tier> args)                                           \
+    BLA_VARIANT(name, V, params, name##body<V::Tier> args)                                                   \
+    BLA_VARIANT(name, A, params, name##body<A::Tier> args)                                                   \
     BLA_DISPATCH_VA(name, params, args)                                                                      \
     template <class Tier>                                                                                    \
     BLA_BODY void name##body params
 
-#define BLA_VARIANT(variant, instructions, params, call)                                                     \
-    extern "C" [[gnu::target(instructions), gnu::visibility("hidden"), gnu::noinline]] void variant params   \
+#define BLA_VARIANT(name, tier, params, call)                                                                \
+    extern "C" [[gnu::target(BLA_INSTRUCTIONS_##tier), gnu::visibility("hidden"),                            \
+                 gnu::noinline]] void name##tier params                                                      \
     {                                                                                                        \
         call;                                                                                                \
     }
