@@ -52,7 +52,7 @@ void add_blocked_eliminations()
     for (int n : {128, 256, 500, 1000, 2000, 4000, 8000}) {
         const std::string size = std::to_string(n);
         const double cube = n * (n * 1.0 * n), symmetric = cube / 3;
-        for (int nb : {24, 32, 48, 64, 96, 128, 192, 256, n}) {
+        for (int nb : {24, 32, 40, 48, 64, 96, 128, 160, 192, 256, n}) {
             if (nb > n || (nb == n && n > 512))
                 continue;
             const std::string width = nb == n ? "nb_n" : "nb" + std::to_string(nb);
