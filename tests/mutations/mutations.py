@@ -70,7 +70,7 @@ MUTATIONS = [
      "clear(j > 0 ? n - j + 1 : n, a + j * a_step + (j > 0 ? j - 1 : 0))", KERNELS),
     ("three of fifteen rows are not cleared", PRIVATE + "clear_lower.h", "part > 0; part /= 2", "part > 2; part /= 2",
      KERNELS),
-    ("one column less is cleared", PRIVATE + "clear_lower.h", "j < first + columns", "j + 1 < first + columns", KERNELS),
+    ("one column less is cleared", PRIVATE + "clear_lower.h", "j < end", "j + 1 < end", KERNELS),
     ("the diagonal is not reflected around, but into", SOURCE + "blaC_reflect.cpp", "r < c; ++r", "r + 1 < c; ++r",
      KERNELS),
     ("an unknown triangle reflects the lower one", SOURCE + "blaC_reflect.cpp", "else if (upper)",

@@ -23,6 +23,7 @@ BLA_BODY void clear(int64_t n, real* x)
 /// a(i,j) := 0 for the columns j = first..first+columns-1 (from 0), i = j..n-1: from the diagonal down.
 BLA_BODY void clear_lower(int64_t n, int64_t first, int64_t columns, real* a, int64_t a_step)
 {
-    for (int64_t j = first; j < first + columns; ++j)
+    const int64_t end = first + columns < n ? first + columns : n; // columns beyond have no rows
+    for (int64_t j = first; j < end; ++j)
         clear(n - j, a + j * a_step + j);
 }
