@@ -5,13 +5,14 @@
 
 /// How a front of order n is cut: `full` panels of width nb from the top left, then one block of width
 /// `last`. The signed division truncates as it falls: n = 0 gives full = -1 and last = nb, which callers
-/// never ask for.
+/// never ask for. A front that fits one panel is spared the division, which takes as long as a pivot.
 struct Panels
 {
     int full, last;
 
     Panels(int64_t n, int64_t nb)
-        : full(static_cast<int>((n + nb - 1) / nb - 1)), last(static_cast<int>(n - full * nb))
+        : full(0 < n && n <= nb ? 0 : static_cast<int>((n + nb - 1) / nb - 1)),
+          last(static_cast<int>(n - full * nb))
     {
     }
 };
