@@ -5,14 +5,13 @@
 
 /// How a front of order n is cut: `full` panels of width nb from the top left, then one block of width
 /// `last`. The signed division truncates as it falls: n = 0 gives full = -1 and last = nb, which callers
-/// never ask for. A front that fits one panel is spared the division, which takes as long as a pivot.
+/// never ask for.
 struct Panels
 {
     int full, last;
 
     Panels(int64_t n, int64_t nb)
-        : full(0 < n && n <= nb ? 0 : static_cast<int>((n + nb - 1) / nb - 1)),
-          last(static_cast<int>(n - full * nb))
+        : full(static_cast<int>((n + nb - 1) / nb - 1)), last(static_cast<int>(n - full * nb))
     {
     }
 };

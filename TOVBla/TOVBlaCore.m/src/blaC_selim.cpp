@@ -9,6 +9,8 @@
 BLA_EXPORT void blac_selim_(const int* n, const int* nb, const double* tol, real* a, const int* lda, real* d,
                             real* dinv)
 {
+    if (0 < *n && *n <= *nb)
+        return blac_selim_small_(n, a, lda, d, dinv, tol);
     const double one = 1.0, minus_one = -1.0;
     const Panels panels(*n, *nb);
     const int64_t width = *nb, step = int64_t{*lda} + 1;

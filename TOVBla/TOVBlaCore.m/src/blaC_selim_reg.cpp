@@ -8,6 +8,8 @@
 BLA_EXPORT void blac_selim_reg_(const int* n, const int* nb, real* a, const int* lda, real* d, real* dinv,
                                 const real* tol, const int* negpiv, const real* reg, real* dcorr)
 {
+    if (0 < *n && *n <= *nb)
+        return blac_selim_small_reg_(n, a, lda, d, dinv, tol, negpiv, reg, dcorr);
     const double one = 1.0, minus_one = -1.0;
     const Panels panels(*n, *nb);
     const int64_t width = *nb, step = int64_t{*lda} + 1;

@@ -63,6 +63,17 @@ BLA_EXPORT void blac_sparse_umv_(const real* a, const real* x, const integer* ia
                                  const int* m, const int* n, const int* nrhs)
 {
     const int64_t rows = *m, columns = *n;
+    const int64_t sums = rows * *nrhs;
+    if (0 < sums && sums < 4) { // done before blocks could be set up
+        for (int64_t k = 0; k < *nrhs; ++k)
+            for (int64_t i = 0; i < rows; ++i) {
+                double sum = 0.0;
+                for (int64_t p = ia[i]; p < ia[i + 1]; ++p)
+                    sum = sum + a[p] * x[ja[p] + k * columns];
+                y[i + k * rows] = sum;
+            }
+        return;
+    }
     const CompressedRows matrix = all_rows(ia, ja, a, rows, *nrhs);
     for_column_blocks(*nrhs, [=]<int W>(Width<W>, int64_t k) {
         const real* const xk = x + k * columns;
