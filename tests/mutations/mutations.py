@@ -75,6 +75,8 @@ MUTATIONS = [
      KERNELS),
     ("an unknown triangle reflects the lower one", SOURCE + "blaC_reflect.cpp", "else if (upper)",
      "else", KERNELS),
+    ("columns of four lose a row", PRIVATE + "columns.h", "column(j, b, a, 0, Few)", "column(j, b, a, 0, Few - 1)", KERNELS),
+    ("short columns are copied in part", SOURCE + "blaC_copyrect_intr.cpp", "i < rows; ++i", "i < rows - 1; ++i", KERNELS),
     ("a cut tile is stored whole", PRIVATE + "transpose.h", "height == TileOrder && width == TileOrder",
      "height == TileOrder", KERNELS),
     ("the upper triangle is added", SOURCE + "blaC_addTriBlock.cpp", "int64_t i = 0; i", "int64_t i = rows - *n; i", KERNELS),
@@ -127,6 +129,8 @@ MUTATIONS = [
     ("Y is not cleared", PRIVATE + "sparse_scatter.h", "if (n >= 1)", "if (n > 1)", KERNELS),
     ("rows that end before they start have an entry", SOURCE + "blaC_sparse_umv.cpp", "p < p_end && q < q_end",
      "p != p_end && q < q_end", KERNELS),
+    ("a few sums take one column for all", SOURCE + "blaC_sparse_umv.cpp", "x[ja[p] + k * columns]", "x[ja[p]]",
+     ("kernel_tests", "--gtest_filter=SparseUmv*")),
     # frame
     ("FMA is read off a neighbouring bit", MODULE + "processor.cpp", "{r.leaf1_ecx, 12, feature::FMA}",
      "{r.leaf1_ecx, 13, feature::FMA}", FRAME),

@@ -31,7 +31,7 @@ BLA_BODY void for_columns(int64_t rows, int64_t columns, real* b, int64_t b_step
     }
 }
 
-/// B := A·diag(d), A and B m×n. Without rows, d is not read either.
+/// B := A·diag(d), A and B m×n; B may be A. Without rows, d is not read either.
 BLA_BODY void scale_columns(int64_t m, int64_t n, const real* a, int64_t a_step, const real* d, real* b,
                             int64_t b_step)
 {

@@ -24,8 +24,8 @@ BLA_BODY int64_t elements_up_to(unsigned bytes, const real* p)
     return static_cast<int64_t>(-reinterpret_cast<__UINTPTR_TYPE__>(p) % bytes / sizeof *p);
 }
 
-/// Before a loop: no array that it reads overlaps one that it writes. Clang has no such promise without a
-/// warning where it does not vectorise; it tests for overlap when the loop starts.
+/// Before a loop: no turn touches what another writes. Clang has no such promise without a warning where it
+/// does not vectorise; it tests for overlap when the loop starts.
 #ifdef __clang__
 #    define BLA_NO_OVERLAP
 #else
