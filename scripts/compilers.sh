@@ -21,7 +21,7 @@ for configuration in "$@"; do
     if ! {
         cmake -S . -B "$directory" -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_FLAGS_RELEASE="$flags -DNDEBUG" \
             -DCMAKE_C_COMPILER="$(case $compiler in clang*) echo "clang${compiler#clang++}" ;; *) echo gcc ;; esac)" \
-            -DCMAKE_CXX_COMPILER="$compiler" -DBLA_BUILD_EXAMPLES=OFF -DBLA_BUILD_TESTS=ON -DBLA_WERROR=ON &&
+            -DCMAKE_CXX_COMPILER="$compiler" -DBLA_BUILD_PROGRAMS=OFF -DBLA_BUILD_EXAMPLES=OFF -DBLA_BUILD_TESTS=ON -DBLA_WERROR=ON &&
             cmake --build "$directory" --target digest ZEFTOVBlaModule
     } >"$log" 2>&1; then
         grep -E -A5 'error|warning' "$log" | head -40 || tail -n 20 "$log"

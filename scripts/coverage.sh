@@ -12,7 +12,7 @@ install_packages build test
 directory=build/coverage
 programs=(frame_tests call_tests kernel_tests elimination_call_tests facade_{forwarding,registers,hidden}
     facade_{blas_hidden,lapack_hidden,daxpby,edges,numbers} threads_{none,mkl,openblas,blis,mkl_openblas_blis,openblas_blis})
-BLA_TARGETS=${programs[*]} build "$directory" -DCMAKE_BUILD_TYPE=Debug -DBLA_BUILD_EXAMPLES=OFF -DBLA_BUILD_TESTS=ON \
+BLA_TARGETS=${programs[*]} build "$directory" -DCMAKE_BUILD_TYPE=Debug -DBLA_BUILD_PROGRAMS=OFF -DBLA_BUILD_EXAMPLES=OFF -DBLA_BUILD_TESTS=ON \
     -DCMAKE_CXX_FLAGS="-O0 --coverage -fprofile-update=atomic"
 find "$directory" -name '*.gcda' -delete
 # The kernels' tests in one process, but for those of gigabytes: every process adds its counts to hundreds of files.

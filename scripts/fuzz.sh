@@ -16,7 +16,7 @@ seconds=${1:-600} targets=${2:-kernels matrix_market} directory=build/fuzz
 BLA_TARGETS="libfuzzer_kernels libfuzzer_matrix_market" build "$directory" -DCMAKE_BUILD_TYPE=Debug \
     -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ \
     -DCMAKE_CXX_FLAGS="-O1 -g1 -fsanitize=address,undefined,fuzzer-no-link -fno-sanitize-recover=all" \
-    -DBLA_BUILD_EXAMPLES=OFF -DBLA_BUILD_TESTS=ON -DBLA_FUZZERS=ON
+    -DBLA_BUILD_PROGRAMS=OFF -DBLA_BUILD_EXAMPLES=OFF -DBLA_BUILD_TESTS=ON -DBLA_FUZZERS=ON
 for target in $targets; do
     mkdir -p "$directory/corpus/$target"
     OPENBLAS_NUM_THREADS=1 "$directory/bin/libfuzzer_$target" -max_total_time="$seconds" -max_len=512 \

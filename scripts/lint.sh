@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: BSD-3-Clause
 # Checks formatting and SPDX lines, builds everything with GCC and with clang, warnings being errors, and runs
-# clang-tidy over the library and the examples.
+# clang-tidy over the library, the solver, the programs and the examples.
 #
 #     scripts/lint.sh          everything
 #     scripts/lint.sh quick    only what needs no build
@@ -31,6 +31,6 @@ echo "== clang++, warnings as errors"
 build build/clang -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DBLA_BUILD_TESTS=ON -DBLA_WERROR=ON \
     -DCMAKE_EXPORT_COMPILE_COMMANDS=ON || failed=1
 echo "== clang-tidy"
-git ls-files 'TOVBla/*.cpp' 'examples/*.cpp' |
+git ls-files 'TOVBla/*.cpp' 'solver/*.cpp' 'programs/*.cpp' 'examples/*.cpp' |
     xargs -P "$(nproc)" -n 8 clang-tidy -p build/clang --quiet 2>/dev/null || failed=1
 exit $failed

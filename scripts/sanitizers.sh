@@ -25,7 +25,7 @@ install_packages build test long
 leg() {
     local name=$1 flags=$2 targets=$3 tests=$4 directory=build/sanitizers/$1
     shift 4
-    BLA_TARGETS=$targets build "$directory" -DCMAKE_BUILD_TYPE=Debug -DBLA_BUILD_EXAMPLES=OFF -DBLA_BUILD_TESTS=ON \
+    BLA_TARGETS=$targets build "$directory" -DCMAKE_BUILD_TYPE=Debug -DBLA_BUILD_PROGRAMS=OFF -DBLA_BUILD_EXAMPLES=OFF -DBLA_BUILD_TESTS=ON \
         -DCMAKE_CXX_FLAGS="-O1 -g1 $flags" "$@"
     ctest --test-dir "$directory" -R "$tests" --no-tests=error --output-on-failure -j "$(nproc)" \
         >"$directory/tests.log" || {
@@ -62,7 +62,7 @@ thread() {
 valgrind() {
     local directory=build/sanitizers/valgrind
     BLA_TARGETS="sanitizer_probe frame_tests fuzz_kernels" build $directory -DCMAKE_BUILD_TYPE=Debug \
-        -DBLA_BUILD_EXAMPLES=OFF -DBLA_BUILD_TESTS=ON -DCMAKE_CXX_FLAGS="-O1 -g1"
+        -DBLA_BUILD_PROGRAMS=OFF -DBLA_BUILD_EXAMPLES=OFF -DBLA_BUILD_TESTS=ON -DCMAKE_CXX_FLAGS="-O1 -g1"
     local memcheck=(env OPENBLAS_CORETYPE=Haswell OPENBLAS_NUM_THREADS=1 valgrind --quiet --error-exitcode=99
         --leak-check=full --errors-for-leak-kinds=definite)
     local status=0

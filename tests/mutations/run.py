@@ -51,7 +51,7 @@ class Copy:
                 target = os.path.join(self.tree, part.name)
                 self.refresh(part.path, target) if part.is_dir() else self.refresh_file(part.path, target)
         self.run("cmake", "-S", self.tree, "-B", self.build, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
-                 "-DBLA_BUILD_EXAMPLES=OFF", "-DBLA_BUILD_TESTS=ON", check=True)
+                 "-DBLA_BUILD_PROGRAMS=OFF", "-DBLA_BUILD_EXAMPLES=OFF", "-DBLA_BUILD_TESTS=ON", check=True)
 
     def refresh(self, source, target):
         os.makedirs(target, exist_ok=True)
