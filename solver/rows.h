@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The caller's rows, and the matrix that is made of them: columns ascending, entries at one place added in
+// the sequence given, both halves of a symmetric matrix. What goes where is worked out once; new values are
+// then only gathered.
+#pragma once
+
+#include "sparse_matrix.h"
+
+#include <cstdint>
+#include <vector>
+
+enum class Kind { symmetricLower, symmetricUpper, general };
+
+class Rows
+{
+public:
+    Rows() = default;
+    // Row i has the entries start[i] ... start[i + 1] - 1. Throws Failure where the rows make no matrix.
+    Rows(Kind kind, int n, const std::int64_t* start, const int* column);
+
+    // The matrix with the pattern and `value`, an array of as many entries as were given. Throws Failure
+    // where a value that is read is not finite, or becomes so where entries are added.
+    SparseMatrix matrix(const double* value) const;
+
+    const SparseMatrix& pattern() const { return pattern_; } // without values
+
+private:
+    SparseMatrix pattern_;
+    std::vector<std::int64_t> source_; // the entries given, in the sequence of those of the matrix
+    std::vector<std::int64_t> first_;  // where those of each entry start in source_; empty: one each
+};
