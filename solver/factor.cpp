@@ -114,51 +114,61 @@ FrontStorage Factor::assemble(const Front& front, const SparseMatrix& a, const S
 
 void Factor::countPivots(const std::vector<double>& corrections)
 {
-    positive_ = negative_ = treated_ = 0;
+    positive_ = negative_ = 0;
+    treated_.clear();
     for (int k = 0; k < analysis_.n; ++k) {
-        if (d_[k] == 1.0e36 || (!corrections.empty() && corrections[k] != 0.0))
-            ++treated_;
+        const double shift = !corrections.empty() ? -corrections[k] : d_[k] == 1.0e36 ? 1.0e36 : 0.0;
+        if (shift != 0.0)
+            treated_.push_back({analysis_.permutation[k], shift});
         else
             ++(d_[k] > 0.0 ? positive_ : negative_);
     }
 }
 
-void Factor::solve(Vectors& x) const
+void Factor::solve(Vectors& x, bool transposed) const
 {
+    const bool swapped = transposed && !symmetric_;
     Vectors y(analysis_.n, x.columns);
     for (int j = 0; j < x.columns; ++j)
         for (int k = 0; k < x.n; ++k)
             y.column(j)[k] = x.column(j)[analysis_.permutation[k]];
     std::vector<double> work(static_cast<std::size_t>(analysis_.largestFront) * x.columns);
     for (auto f = analysis_.fronts.begin(); f != analysis_.fronts.end(); ++f)
-        forward(*f, y, work);
+        forward(*f, y, work, swapped);
     for (auto f = analysis_.fronts.rbegin(); f != analysis_.fronts.rend(); ++f)
-        backward(*f, y, work);
+        backward(*f, y, work, swapped);
     for (int j = 0; j < x.columns; ++j)
         for (int k = 0; k < x.n; ++k)
             x.column(j)[analysis_.permutation[k]] = y.column(j)[k];
 }
 
-// y1 := (L11*D)^-1 * y1, y2 := y2 - (L21*D) * y1
-void Factor::forward(const Front& f, Vectors& y, std::vector<double>& work) const
+// y1 := (L11*D)^-1 * y1, y2 := y2 - (L21*D) * y1; transposed, y1 := U11^-T * y1, y2 := y2 - U12^T * y1
+void Factor::forward(const Front& f, Vectors& y, std::vector<double>& work, bool transposed) const
 {
     const double* panel = panels_.get() + f.panel;
     double* own = y.value.data() + f.first;
-    dense::solveColumns('L', 'N', 'N', f.pivots, y.columns, panel, f.order, own, y.n);
+    if (transposed)
+        dense::solveColumns('U', 'T', 'U', f.pivots, y.columns, panel, f.order, own, y.n);
+    else
+        dense::solveColumns('L', 'N', 'N', f.pivots, y.columns, panel, f.order, own, y.n);
     const int rest = f.rest();
     if (rest == 0)
         return;
-    dense::multiplyColumns('N', rest, f.pivots, y.columns, 1.0, panel + f.pivots, f.order, own, y.n, 0.0,
-                           work.data(), rest);
+    if (transposed)
+        dense::multiplyColumns('T', f.pivots, rest, y.columns, 1.0, rights_.get() + f.right, f.pivots, own,
+                               y.n, 0.0, work.data(), rest);
+    else
+        dense::multiplyColumns('N', rest, f.pivots, y.columns, 1.0, panel + f.pivots, f.order, own, y.n, 0.0,
+                               work.data(), rest);
     const int* rows = analysis_.rowsOf(f) + f.pivots;
     for (int j = 0; j < y.columns; ++j)
         for (int i = 0; i < rest; ++i)
             y.column(j)[rows[i]] -= work[i + static_cast<std::size_t>(rest) * j];
 }
 
-// Unsymmetric: y1 := U11^-1 * (y1 - U12*y2). Symmetric, where only L*D is there:
-// y1 := (L11*D)^-T * (D*y1 - (L21*D)^T*y2)
-void Factor::backward(const Front& f, Vectors& y, std::vector<double>& work) const
+// Unsymmetric: y1 := U11^-1 * (y1 - U12*y2), transposed y1 := (L11*D)^-T * (y1 - (L21*D)^T*y2). Symmetric,
+// where only L*D is there: y1 := (L11*D)^-T * (D*y1 - (L21*D)^T*y2)
+void Factor::backward(const Front& f, Vectors& y, std::vector<double>& work, bool transposed) const
 {
     const double* panel = panels_.get() + f.panel;
     double* own = y.value.data() + f.first;
@@ -167,8 +177,9 @@ void Factor::backward(const Front& f, Vectors& y, std::vector<double>& work) con
     for (int j = 0; j < y.columns; ++j)
         for (int i = 0; i < rest; ++i)
             work[i + static_cast<std::size_t>(rest) * j] = y.column(j)[rows[i]];
-    if (symmetric_) {
-        dense::scaleRows(f.pivots, y.columns, own, y.n, d_.data() + f.first);
+    if (symmetric_ || transposed) {
+        if (symmetric_)
+            dense::scaleRows(f.pivots, y.columns, own, y.n, d_.data() + f.first);
         if (rest > 0)
             dense::multiplyColumns('T', rest, f.pivots, y.columns, -1.0, panel + f.pivots, f.order,
                                    work.data(), rest, 1.0, own, y.n);

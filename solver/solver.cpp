@@ -5,20 +5,17 @@
 #include "factor.h"
 #include "scaling.h"
 #include "stopwatch.h"
+#include "verdict.h"
 
-#include <algorithm>
-#include <cmath>
-#include <cstdio>
 #include <memory>
-#include <random>
 
 namespace {
 
-// A residual above this is not one that rounding explains.
-constexpr double solvedResidual = 1e-12;
 // Where replacing tiny pivots does not do, they are moved by this much: the root of the rounding unit, as
 // usual in static pivoting, lets refinement take out what the shift put in.
 constexpr double pivotShift = 0x1p-26;
+// What counts as tiny then: whatever the shift surely moves away from zero, to half of itself at least.
+constexpr double shiftTolerance = pivotShift / 2;
 
 std::vector<char> zeroDiagonal(const SparseMatrix& a)
 {
@@ -58,95 +55,70 @@ public:
         if (!factor_)
             factor_ = std::make_unique<Factor>(analysis_, equilibrated_.matrix.symmetric);
         Factor& factor = *factor_;
-        factor.factorise(equilibrated_.matrix, {options_.tolerance, shift, options_.nb},
+        factor.factorise(equilibrated_.matrix,
+                         {shift > 0.0 ? shiftTolerance : options_.tolerance, shift, options_.nb},
                          [&](double share) { monitor_("factorising", share); });
-        Phase factorisation{watch.lap(), factor.flops()}, solution;
+        Outcome tried = outcome;
+        tried.factorisation = {watch.lap(), factor.flops()};
+        tried.solution = {};
         monitor_("solving", 0.0);
-        const auto timed = [&](Vectors& x) {
-            Stopwatch inner;
-            factor.solve(x);
-            solution.seconds += inner.lap();
-            solution.flops += 2.0 * x.columns * static_cast<double>(2 * analysis_.lowerEntries);
-        };
-        const Refined answer = solveRefined(
+        const auto solve = [&](Vectors& x) { factor.solve(x); };
+        tried.answer = solveRefined(
             a_, b_,
             [&](Vectors& x) {
                 equilibrated_.enter(x);
-                timed(x);
+                Stopwatch inner;
+                factor.solve(x);
+                tried.solution.seconds += inner.lap();
+                tried.solution.flops += 2.0 * x.columns * static_cast<double>(2 * analysis_.lowerEntries);
                 equilibrated_.leave(x);
             },
             options_.refinements);
-        const double seconds = watch.lap();
-        const bool regular = factor.treated() == 0 || solvesAnything(factor);
-        const int quality = !(answer.residual <= solvedResidual) ? 0 : regular ? 2 : 1;
-        if (answered_ && !(quality > quality_ || (quality == 0 && answer.residual < outcome.answer.residual)))
-            return;
+        tried.positive = factor.positive();
+        tried.negative = factor.negative();
+        tried.replaced = shift > 0.0 ? 0 : factor.treated();
+        tried.shifted = shift > 0.0 ? factor.treated() : 0;
+        tried.bound =
+            bound(tried.answer.x, {solve, [&](Vectors& x) { factor.solve(x, true); }, factor.treated() > 0});
+        if (shift > 0.0 && judge(evidence(tried)) != Quality::trusted)
+            tried.unheld = outcome.unheld =
+                findUnheldMotions(equilibrated_.matrix, factor.treatedPivots(), solve);
+        tried.refinement.seconds = watch.lap() - tried.solution.seconds;
+        if (!answered_ || better(evidence(tried), evidence(outcome)))
+            outcome = tried;
         answered_ = true;
-        quality_ = quality;
-        outcome.answer = answer;
-        outcome.factorisation = factorisation;
-        outcome.solution = solution;
-        outcome.refinement.seconds = seconds - solution.seconds;
-        outcome.positive = factor.positive();
-        outcome.negative = factor.negative();
-        outcome.replaced = shift > 0.0 ? 0 : factor.treated();
-        outcome.shifted = shift > 0.0 ? factor.treated() : 0;
     }
 
-    bool solved() const { return quality_ >= 1; }
-    bool regular() const { return quality_ == 2; }
-    int treated() const { return outcome.replaced + outcome.shifted; }
+    bool trusted() const { return judge(evidence(outcome)) == Quality::trusted; }
 
-    void judge()
+    void conclude()
     {
-        char text[200];
-        const double digits = -std::log10(std::max(outcome.answer.correction, 1e-16));
-        if (!solved()) {
-            if (equilibrated_.structuralRank < a_.n)
-                std::snprintf(text, sizeof text,
-                              "NOT SOLVED: the matrix is structurally singular (rank at most %d of %d)",
-                              equilibrated_.structuralRank, a_.n);
-            else if (treated() > 0)
-                std::snprintf(
-                    text, sizeof text,
-                    "NOT SOLVED: %d tiny pivots, and refinement does not repair what was done to them; "
-                    "the matrix is singular, or needs pivoting",
-                    treated());
-            else
-                std::snprintf(text, sizeof text,
-                              "NOT SOLVED: elimination without row exchanges is not stable for this matrix");
-        } else if (!regular()) {
-            std::snprintf(text, sizeof text,
-                          "NOT TO BE TRUSTED: the matrix is singular to working precision; this is one of "
-                          "many answers");
-        } else if (digits < 1.0) {
-            std::snprintf(text, sizeof text,
-                          "NOT TO BE TRUSTED: so ill-conditioned that no digit is certain");
-        } else if (digits < 6.0) {
-            outcome.trusted = true;
-            std::snprintf(text, sizeof text, "solved; ill-conditioned: about %.0f digits can be expected",
-                          digits);
-        } else {
-            outcome.trusted = true;
-            std::snprintf(text, sizeof text, "solved");
-        }
-        outcome.verdict = text;
+        outcome.trusted = trusted();
+        outcome.verdict = verdict(evidence(outcome));
     }
 
     Outcome outcome;
 
 private:
-    // A tiny pivot may be the matrix's fault or that of the pivot order. A random right-hand side tells: a
-    // singular matrix does not reach it.
-    bool solvesAnything(const Factor& factor) const
+    // In the equilibrated system, where neither A^-1 nor its products overflow; the error is that of x.
+    ErrorBound bound(const Vectors& x, const Factorised& m) const
     {
-        Vectors b(a_.n, 1);
-        std::mt19937_64 random(2);
-        for (double& v : b.value)
-            v = std::ldexp(static_cast<double>(random() >> 11), -52) - 1.0;
-        const Refined probe = solveRefined(
-            equilibrated_.matrix, b, [&](Vectors& x) { factor.solve(x); }, options_.refinements);
-        return probe.residual <= solvedResidual;
+        Vectors b = b_, y = x;
+        equilibrated_.enter(b);
+        for (int j = 0; j < y.columns; ++j)
+            for (int i = 0; i < y.n; ++i)
+                y.column(j)[i] /= equilibrated_.column[i];
+        return boundError(equilibrated_.matrix, b, y, equilibrated_.column, m);
+    }
+
+    Evidence evidence(const Outcome& o) const
+    {
+        return {a_.n,
+                equilibrated_.structuralRank,
+                o.answer.residual,
+                o.bound.forward(),
+                o.replaced + o.shifted,
+                o.unheld};
     }
 
     const SparseMatrix& a_;
@@ -157,7 +129,6 @@ private:
     Analysis analysis_;
     std::unique_ptr<Factor> factor_;
     bool answered_ = false;
-    int quality_ = 0; // 0: the residual is too large, 1: the matrix seems singular, 2: good
 };
 
 } // namespace
@@ -166,8 +137,8 @@ Outcome solve(const SparseMatrix& a, const Vectors& b, const SolverOptions& opti
 {
     Attempts attempts(a, b, options, monitor);
     attempts.attempt(0.0);
-    if (attempts.treated() > 0 && !(attempts.solved() && attempts.regular()))
+    if (!attempts.trusted())
         attempts.attempt(pivotShift);
-    attempts.judge();
+    attempts.conclude();
     return attempts.outcome;
 }

@@ -3,8 +3,10 @@
 // judgement of how far the answer can be trusted.
 #pragma once
 
+#include "bounds.h"
 #include "refine.h"
 #include "sparse_matrix.h"
+#include "unheld.h"
 
 #include <cstdint>
 #include <functional>
@@ -33,9 +35,12 @@ struct Outcome
     const char* ordering = "";
     int fronts = 0, largestFront = 0;
     std::int64_t factorEntries = 0;
-    Phase analysis, factorisation, solution, refinement;
+    Phase analysis, factorisation, solution;
+    Phase refinement;               // residuals and the bound on the error
     int positive = 0, negative = 0; // pivots used as they came, by sign
     int replaced = 0, shifted = 0;  // tiny pivots, by what was done to them
+    ErrorBound bound;               // on the answer's error
+    UnheldMotions unheld;           // where the matrix is singular
     bool trusted = false;
     std::string verdict;
 };

@@ -203,9 +203,12 @@ int run(const Options& options)
     report.heading("Answer");
     report.add("refinement_steps", "refinement steps", std::int64_t{outcome.answer.steps});
     report.add("relative_residual", "relative residual", outcome.answer.residual);
-    report.add("estimated_error", "estimated error", outcome.answer.correction);
+    report.add("backward_error", "backward error", outcome.answer.backward.sum());
+    report.add("condition", "condition", outcome.bound.cond1 + outcome.bound.cond2);
+    report.add("estimated_error", "bound on the error", outcome.bound.forward());
     if (problem.exact.n > 0)
         report.add("solution_error", "error of the solution", relativeError(outcome.answer.x, problem.exact));
+    report.add("unheld_motions", "", std::int64_t{outcome.unheld.count});
     report.add("trusted", "", outcome.trusted);
     report.add("verdict", "verdict", outcome.verdict);
     if (!options.solution.empty())

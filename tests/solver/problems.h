@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Systems to be solved, made for the purpose.
+#pragma once
+
+#include "random.h"
+#include "solver.h"
+#include "sparse_matrix.h"
+
+#include <string>
+#include <vector>
+
+namespace problems {
+
+// By columns, n*n entries.
+using Dense = std::vector<double>;
+SparseMatrix sparse(int n, const Dense& a);
+
+// Random, with singular values from 1 down to 1/condition; symmetric and positive definite or neither.
+Dense conditioned(int n, double condition, bool symmetric, std::mt19937_64& random);
+
+// Both halves of a random sparse symmetric matrix: off the diagonal three entries a row or so in [-1, 1], on it
+// numbers of either sign of the given sizes.
+SparseMatrix indefinite(int n, double smallest, double largest, std::mt19937_64& random);
+
+// Springs between the points of a grid that are neighbours, nothing held: one motion is free in each piece.
+SparseMatrix grid(int nx, int ny, int nz);
+
+// A block of nx*ny*nz cells, each with springs along its edges, faces' diagonals and space diagonals, three displacements
+// a point, point after point; nothing held: six motions are free, and only those.
+SparseMatrix lattice(int nx, int ny, int nz);
+
+// A with the rows and columns of these unknowns taken out.
+SparseMatrix held(const SparseMatrix& a, const std::vector<int>& unknowns);
+
+Vectors ones(int n);
+Vectors product(const SparseMatrix& a, const Vectors& x);
+
+// max |x - y| / max |y|
+double relativeError(const Vectors& x, const Vectors& y);
+
+// The solution of A*x = b, by elimination with row exchanges in a longer format.
+Vectors exactSolution(int n, const Dense& a, const Vectors& b);
+
+// As the program solves, by default.
+SolverOptions options(bool symmetric = true);
+Outcome solved(const SparseMatrix& a, const Vectors& b, const SolverOptions& how = options());
+
+} // namespace problems
