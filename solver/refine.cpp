@@ -44,9 +44,15 @@ double maxNorm(const double* x, int n)
 
 Refined solveRefined(const SparseMatrix& a, const Vectors& b, const Apply& apply, int maxSteps)
 {
+    Vectors x = b;
+    apply(x);
+    return refineFrom(a, b, std::move(x), apply, maxSteps);
+}
+
+Refined refineFrom(const SparseMatrix& a, const Vectors& b, Vectors start, const Apply& apply, int maxSteps)
+{
     Refined best;
-    best.x = b;
-    apply(best.x);
+    best.x = std::move(start);
     Vectors r(b.n, b.columns);
     std::vector<BackwardError> error(b.columns);
     for (int j = 0; j < b.columns; ++j)

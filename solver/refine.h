@@ -19,6 +19,8 @@ struct Refined
 };
 
 // Each column goes on as long as its componentwise backward error falls, and keeps its best iterate.
+Refined refineFrom(const SparseMatrix& a, const Vectors& b, Vectors start, const Apply& apply, int maxSteps);
+// From M^-1 * b.
 Refined solveRefined(const SparseMatrix& a, const Vectors& b, const Apply& apply, int maxSteps);
 
 // V := A^-1 * V to the two digits that an estimate needs. False where corrections do not shrink: A is
