@@ -62,7 +62,8 @@ public:
         tried.factorisation = {watch.lap(), factor.flops()};
         tried.solution = {};
         monitor_("solving", 0.0);
-        const auto solve = [&](Vectors& x) { factor.solve(x); };
+        const Factorised inverse{[&](Vectors& x) { factor.solve(x); },
+                                 [&](Vectors& x) { factor.solve(x, true); }, factor.treated() > 0};
         tried.answer = solveRefined(
             a_, b_,
             [&](Vectors& x) {
@@ -78,11 +79,10 @@ public:
         tried.negative = factor.negative();
         tried.replaced = shift > 0.0 ? 0 : factor.treated();
         tried.shifted = shift > 0.0 ? factor.treated() : 0;
-        tried.bound =
-            bound(tried.answer.x, {solve, [&](Vectors& x) { factor.solve(x, true); }, factor.treated() > 0});
+        tried.bound = bound(tried.answer.x, inverse);
         if (shift > 0.0 && judge(evidence(tried)) != Quality::trusted)
             tried.unheld = outcome.unheld =
-                findUnheldMotions(equilibrated_.matrix, factor.treatedPivots(), solve);
+                findUnheldMotions(equilibrated_.matrix, entered(b_), factor.treatedPivots(), inverse);
         tried.refinement.seconds = watch.lap() - tried.solution.seconds;
         if (!answered_ || better(evidence(tried), evidence(outcome)))
             outcome = tried;
@@ -100,15 +100,20 @@ public:
     Outcome outcome;
 
 private:
+    Vectors entered(Vectors b) const
+    {
+        equilibrated_.enter(b);
+        return b;
+    }
+
     // In the equilibrated system, where neither A^-1 nor its products overflow; the error is that of x.
     ErrorBound bound(const Vectors& x, const Factorised& m) const
     {
-        Vectors b = b_, y = x;
-        equilibrated_.enter(b);
+        Vectors y = x;
         for (int j = 0; j < y.columns; ++j)
             for (int i = 0; i < y.n; ++i)
                 y.column(j)[i] /= equilibrated_.column[i];
-        return boundError(equilibrated_.matrix, b, y, equilibrated_.column, m);
+        return boundError(equilibrated_.matrix, entered(b_), y, equilibrated_.column, m);
     }
 
     Evidence evidence(const Outcome& o) const

@@ -8,6 +8,8 @@ namespace {
 
 // A residual above this is not one that rounding explains.
 constexpr double solvedResidual = 1e-12;
+// The part of a right-hand side that a singular matrix cannot produce; less is that of rounded data.
+constexpr double outOfReach = 1e-8;
 
 double digits(const Evidence& e)
 {
@@ -58,7 +60,7 @@ std::string doubtfulVerdict(const Evidence& e)
 
 Quality judge(const Evidence& e)
 {
-    if (!(e.residual <= solvedResidual))
+    if (!(e.residual <= solvedResidual) || e.unheld.unreachable > outOfReach)
         return Quality::unsolved;
     return digits(e) >= 1.0 ? Quality::trusted : Quality::doubtful;
 }
