@@ -89,3 +89,19 @@ void Equilibrated::leave(Vectors& x) const
 {
     dense::scaleRows(x.n, x.columns, x.value.data(), x.n, column.data());
 }
+
+void Equilibrated::enterTransposed(Vectors& b) const
+{
+    leave(b);
+}
+
+void Equilibrated::leaveTransposed(Vectors& x) const
+{
+    dense::scaleRows(x.n, x.columns, x.value.data(), x.n, row.data());
+    std::vector<double> moved(x.n);
+    for (int j = 0; j < x.columns; ++j) {
+        for (int i = 0; i < x.n; ++i)
+            moved[rowOf[i]] = x.column(j)[i];
+        std::copy(moved.begin(), moved.end(), x.column(j));
+    }
+}

@@ -18,6 +18,9 @@ struct Equilibrated
     // b of A*x = b to the right-hand side of the equilibrated system, and its solution back to x; in place
     void enter(Vectors& b) const;
     void leave(Vectors& x) const;
+    // the same for A^T*x = b
+    void enterTransposed(Vectors& b) const;
+    void leaveTransposed(Vectors& x) const;
 };
 
 // A symmetric, and so is the result: rows stay where they are, rows and columns have the same factors.
