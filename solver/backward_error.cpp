@@ -16,21 +16,25 @@ double quotient(double r, double s)
 } // namespace
 
 BackwardError backwardError(const SparseMatrix& a, const double* b, const double* x, double* r,
-                            double* scale1, double* scale2)
+                            const double* weight, Scales* scales)
 {
     double largest = 0.0;
-    for (int i = 0; i < a.n; ++i)
-        largest = std::isnan(x[i]) ? HUGE_VAL : std::max(largest, std::fabs(x[i]));
+    for (int i = 0; i < a.n; ++i) {
+        const double size = std::fabs(x[i]) * (weight ? weight[i] : 1.0);
+        largest = std::isnan(size) ? HUGE_VAL : std::max(largest, size);
+    }
     const double enough = 1000.0 * 0x1p-53 * a.n;
     BackwardError error;
     for (int i = 0; i < a.n; ++i) {
         double product = 0.0, moduli = 0.0, row = 0.0, entry = 0.0;
         for (auto p = a.start[i]; p < a.start[i + 1]; ++p) {
-            const double term = a.value[p] * x[a.column[p]];
+            const int j = a.column[p];
+            const double term = a.value[p] * x[j];
+            const double modulus = std::fabs(a.value[p]) / (weight ? weight[j] : 1.0);
             product += term;
             moduli += std::fabs(term);
-            row += std::fabs(a.value[p]);
-            entry = std::max(entry, std::fabs(a.value[p]));
+            row += modulus;
+            entry = std::max(entry, modulus);
         }
         r[i] = b[i] - product;
         const double s = moduli + std::fabs(b[i]);
@@ -38,10 +42,10 @@ BackwardError backwardError(const SparseMatrix& a, const double* b, const double
         const double other = moduli + row * largest;
         double& omega = first ? error.omega1 : error.omega2;
         omega = std::max(omega, quotient(std::fabs(r[i]), first ? s : other));
-        if (scale1)
-            scale1[i] = first ? s : 0.0;
-        if (scale2)
-            scale2[i] = first ? 0.0 : other;
+        if (scales) {
+            scales->first[i] = first ? s : 0.0;
+            scales->second[i] = first ? 0.0 : other;
+        }
     }
     return error;
 }

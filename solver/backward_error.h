@@ -22,7 +22,13 @@ struct BackwardError
     double sum() const { return omega1 + omega2; }
 };
 
-// One column. `r` receives the residual; `scale1` and `scale2`, where given, the s_i of the equations of
-// their class and zero for the others.
+// What a class gives to an equation: s_i, or zero where the equation belongs to the other class.
+struct Scales
+{
+    std::vector<double> first, second;
+};
+
+// One column. `r` receives the residual. Norms of x are those of weight_i*|x_i|, where a weight is given: of
+// which class an equation is must not depend on how columns were scaled.
 BackwardError backwardError(const SparseMatrix& a, const double* b, const double* x, double* r,
-                            double* scale1 = nullptr, double* scale2 = nullptr);
+                            const double* weight = nullptr, Scales* scales = nullptr);

@@ -20,21 +20,17 @@ void scaleBy(const std::vector<double>& factor, Vectors& x)
     std::transform(x.value.begin(), x.value.end(), factor.begin(), x.value.begin(), std::multiplies<>());
 }
 
-// The largest scales of the equations of each class over all columns, beside max w_i*|x_i|.
-struct Scales
-{
-    std::vector<double> first, second;
-};
-
+// The largest scales over all columns, beside max w_i*|x_i|.
 Scales scalesOf(const SparseMatrix& a, const Vectors& b, const Vectors& x, const std::vector<double>& weight,
                 BackwardError& backward)
 {
-    Scales largest{std::vector<double>(a.n, 0.0), std::vector<double>(a.n, 0.0)};
-    std::vector<double> first(a.n), second(a.n), work(a.n);
+    const std::vector<double> zero(a.n, 0.0);
+    Scales largest{zero, zero}, scales{zero, zero};
+    std::vector<double> work(a.n);
     backward = {unit, unit};
     for (int j = 0; j < x.columns; ++j) {
         const BackwardError error =
-            backwardError(a, b.column(j), x.column(j), work.data(), first.data(), second.data());
+            backwardError(a, b.column(j), x.column(j), work.data(), weight.data(), &scales);
         backward.omega1 = std::max(backward.omega1, error.omega1);
         backward.omega2 = std::max(backward.omega2, error.omega2);
         std::transform(weight.begin(), weight.end(), x.column(j), work.begin(), std::multiplies<>());
@@ -42,8 +38,8 @@ Scales scalesOf(const SparseMatrix& a, const Vectors& b, const Vectors& x, const
         if (size == 0.0 && maxNorm(b.column(j), a.n) == 0.0)
             continue; // 0 solves A*x = 0, and is exact
         for (int i = 0; i < a.n; ++i) {
-            largest.first[i] = std::max(largest.first[i], first[i] / size);
-            largest.second[i] = std::max(largest.second[i], second[i] / size);
+            largest.first[i] = std::max(largest.first[i], scales.first[i] / size);
+            largest.second[i] = std::max(largest.second[i], scales.second[i] / size);
         }
     }
     return largest;

@@ -174,7 +174,9 @@ void bla_solver::factoriseWell(Factor& factor, Numbers& made) const
         run(shifting, "factorising with shifted pivots");
         if (recovery() <= recovered)
             return;
-        made.unheld = findUnheldMotions(a, factor.treatedPivots(), solve);
+        made.unheld =
+            findUnheldMotions(a, factor.treatedPivots(),
+                              {solve, [&](Vectors& x) { factor.solve(x, true); }, factor.treated() > 0});
     } catch (const std::bad_alloc&) { // no memory to look into it
     }
     if (made.shifted)
@@ -217,7 +219,8 @@ void bla_solver::refine(const double* value, int columns, const double* b, std::
     worst.n = n();
     worst.structuralRank = numbers->equilibrated.structuralRank;
     worst.treated = numbers->factor->treated();
-    worst.unheld = numbers->unheld;
+    worst.motions = numbers->unheld.count;
+    worst.unknowns = numbers->unheld.unknowns;
     const SparseMatrix a = rows->matrix(value), scaled = numbers->equilibrated.applied(a);
     const Factorised factorised{[&](Vectors& v) { numbers->factor->solve(v); },
                                 [&](Vectors& v) { numbers->factor->solve(v, true); }, worst.treated > 0};
@@ -231,6 +234,7 @@ void bla_solver::refine(const double* value, int columns, const double* b, std::
         copyBack(refined.x, x + ldx * j, ldx);
         // In the equilibrated system, where neither A^-1 nor its products overflow; the error is that of x.
         numbers->equilibrated.enter(right);
+        worst.unreachable = std::max(worst.unreachable, unreachable(numbers->unheld, right));
         for (int k = 0; k < width; ++k)
             for (int i = 0; i < n(); ++i)
                 refined.x.column(k)[i] /= numbers->equilibrated.column[i];

@@ -9,6 +9,7 @@
 #include "plan.h"
 #include "rows.h"
 #include "scaling.h"
+#include "unheld.h"
 #include "verdict.h"
 
 #include <cstdint>

@@ -110,7 +110,8 @@ bool solveRoughly(const SparseMatrix& a, Vectors& v, const Apply& apply)
         double correction = 0.0;
         for (int j = 0; j < x.columns; ++j) {
             const double norm = maxNorm(r.column(j), x.n);
-            correction = std::max(correction, norm == 0.0 ? 0.0 : norm / maxNorm(x.column(j), x.n));
+            const double relative = norm == 0.0 ? 0.0 : norm / maxNorm(x.column(j), x.n);
+            correction = std::isnan(relative) ? HUGE_VAL : std::max(correction, relative);
         }
         if (!(correction <= 0.7 * before) || !std::isfinite(correction))
             break;

@@ -8,6 +8,8 @@ namespace {
 
 // A residual above this is not one that rounding explains.
 constexpr double solvedResidual = 1e-12;
+// The part of a right-hand side that a singular matrix cannot produce; less is that of rounded data.
+constexpr double outOfReach = 1e-8;
 
 double digits(const Evidence& e)
 {
@@ -15,16 +17,13 @@ double digits(const Evidence& e)
 }
 
 // "6 unheld motions, e.g. unknowns 12, 13, 47", counted from 1
-std::string described(const UnheldMotions& unheld)
+std::string described(const Evidence& e)
 {
     constexpr std::size_t shown = 6;
-    std::string text =
-        std::to_string(unheld.count) + (unheld.count == 1 ? " unheld motion" : " unheld motions");
-    text += unheld.unknowns.size() > shown ? ", e.g. unknowns"
-            : unheld.count == 1            ? ", unknown"
-                                           : ", unknowns";
-    for (std::size_t k = 0; k < std::min(unheld.unknowns.size(), shown); ++k)
-        text += (k == 0 ? " " : ", ") + std::to_string(unheld.unknowns[k] + 1);
+    std::string text = std::to_string(e.motions) + (e.motions == 1 ? " unheld motion" : " unheld motions");
+    text += e.unknowns.size() > shown ? ", e.g. unknowns" : e.motions == 1 ? ", unknown" : ", unknowns";
+    for (std::size_t k = 0; k < std::min(e.unknowns.size(), shown); ++k)
+        text += (k == 0 ? " " : ", ") + std::to_string(e.unknowns[k] + 1);
     return text;
 }
 
@@ -33,8 +32,8 @@ std::string unsolvedVerdict(const Evidence& e)
     if (e.structuralRank < e.n)
         return "the matrix is structurally singular (rank at most " + std::to_string(e.structuralRank) +
                " of " + std::to_string(e.n) + ")";
-    if (e.unheld.count > 0)
-        return "the matrix is singular to working precision (" + described(e.unheld) +
+    if (e.motions > 0)
+        return "the matrix is singular to working precision (" + described(e) +
                "), and the right-hand side is out of its reach; a structure is not supported";
     if (e.treated > 0)
         return std::to_string(e.treated) +
@@ -45,8 +44,8 @@ std::string unsolvedVerdict(const Evidence& e)
 
 std::string doubtfulVerdict(const Evidence& e)
 {
-    if (e.unheld.count > 0)
-        return "the matrix is singular to working precision (" + described(e.unheld) +
+    if (e.motions > 0)
+        return "the matrix is singular to working precision (" + described(e) +
                "): this is one of many answers; a structure is not supported";
     if (e.treated > 0)
         return "the matrix is singular to working precision, or needs pivoting (" +
@@ -58,7 +57,7 @@ std::string doubtfulVerdict(const Evidence& e)
 
 Quality judge(const Evidence& e)
 {
-    if (!(e.residual <= solvedResidual))
+    if (!(e.residual <= solvedResidual) || e.unreachable > outOfReach)
         return Quality::unsolved;
     return digits(e) >= 1.0 ? Quality::trusted : Quality::doubtful;
 }

@@ -119,8 +119,9 @@ class Good(runner.Case):
 class Singular(runner.Case):
     def test_a_zero_matrix(self):
         report = self.report(self.write("a.mtx", SYMMETRIC + "3 3 1\n2 2 0\n"), status=1)
-        self.assertEqual(report["replaced_pivots"], 3)
-        self.assertIn("singular", report["verdict"])
+        self.assertEqual((report["replaced_pivots"], report["unheld_motions"]), (3, 3))
+        self.assertIn("singular to working precision (3 unheld motions, unknowns 1, 2, 3)", report["verdict"])
+        self.assertIsNone(report["estimated_error"])
 
     def test_a_matrix_without_entries(self):
         report = self.report(self.write("a.mtx", SYMMETRIC + "3 3 0\n"), status=1)

@@ -1,70 +1,202 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The bound on the error beside the error itself.
+// The bound on the error beside the error itself, on systems of every condition.
 #include "problems.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
 
 struct Tally
 {
-    int systems = 0, above = 0, called = 0; // error above the bound, called solved
-    double worst = 0.0;                     // error beside the bound
-    std::vector<double> pessimism;          // bound beside the error
+    int trusted = 0, above = 0;    // called solved; error above the bound
+    double worst = 0.0;            // error beside the bound, at most
+    std::vector<double> pessimism; // bound beside the error
 
     void add(const Outcome& o, double error)
     {
-        ++systems;
-        called += o.trusted;
         const double bound = o.bound.forward();
+        trusted += o.trusted;
         above += error > bound;
         worst = std::max(worst, error / bound);
         if (std::isfinite(bound) && error > 0.0)
             pessimism.push_back(bound / error);
+        if (o.trusted)
+            EXPECT_LT(error, 0.1) << o.verdict;
     }
-    double median()
+    double medianPessimism()
     {
         std::nth_element(pessimism.begin(), pessimism.begin() + pessimism.size() / 2, pessimism.end());
         return pessimism.at(pessimism.size() / 2);
     }
 };
 
-Tally manySystems(bool symmetric, int count, std::uint64_t number)
+constexpr int systems = 1500;
+
+// Of conditions from 1e6 to 1e15; the errors are those against solutions in a longer format.
+Tally solveMany(bool symmetric, int refinements, std::uint64_t number)
 {
     auto random = support::generator(number);
     Tally tally;
-    for (int k = 0; k < count; ++k) {
+    for (int k = 0; k < systems; ++k) {
         const int n = 3 + static_cast<int>(random() % 18);
-        const double condition = std::pow(10.0, 6.0 + 9.0 * k / count);
-        const problems::Dense a = problems::conditioned(n, condition, symmetric, random);
+        const problems::Dense a =
+            problems::conditioned(n, std::pow(10.0, 6.0 + 9.0 * k / systems), symmetric, random);
         Vectors x(n, 1);
         for (double& value : x.value)
             value = support::ordinary(random);
         const SparseMatrix s = problems::sparse(n, a);
         const Vectors b = problems::product(s, x);
-        const Outcome o = problems::solved(s, b, problems::options(symmetric));
-        const double error = problems::relativeError(o.answer.x, problems::exactSolution(n, a, b));
-        tally.add(o, error);
-        if (o.trusted)
-            EXPECT_LT(error, 0.1) << "condition " << condition << ", " << o.verdict;
+        SolverOptions options = problems::options(symmetric);
+        options.refinements = refinements;
+        const Outcome o = problems::solved(s, b, options);
+        tally.add(o, problems::relativeError(o.answer.x, problems::exactSolution(n, a, b)));
     }
-    std::printf("%d systems, %d called solved, error above the bound in %d, at worst %.2g, median pessimism %.2g\n", tally.systems, tally.called, tally.above, tally.worst,
-                tally.median());
+    std::printf("%d of %d called solved; error above the bound: %d, at worst %.2g times; median bound/error: "
+                "%.2g\n",
+                tally.trusted, systems, tally.above, tally.worst, tally.medianPessimism());
     return tally;
+}
+
+void expectHonest(Tally tally)
+{
+    EXPECT_LE(tally.worst, 10.0);
+    EXPECT_LE(tally.above, systems / 100);
+    EXPECT_LT(tally.medianPessimism(), 100.0);
+    EXPECT_GT(tally.trusted, systems * 9 / 10);
 }
 
 } // namespace
 
-TEST(Bounds, HoldForPositiveDefiniteSystemsOfAnyCondition)
+TEST(Bounds, HoldForPositiveDefiniteSystems)
 {
-    Tally t = manySystems(true, 1500, 1);
-    EXPECT_LT(t.worst, 10.0);
+    expectHonest(solveMany(true, 10, 1));
 }
 
-TEST(Bounds, HoldForUnsymmetricSystemsOfAnyCondition)
+TEST(Bounds, HoldForUnsymmetricSystems)
 {
-    Tally t = manySystems(false, 1500, 2);
-    EXPECT_LT(t.worst, 10.0);
+    expectHonest(solveMany(false, 10, 2));
+}
+
+TEST(Bounds, AreThereWithoutRefinement)
+{
+    expectHonest(solveMany(true, 0, 3));
+    expectHonest(solveMany(false, 0, 4));
+}
+
+// Pivots of 1e-15 are replaced while the unknowns beside them pass 1e13 on.
+TEST(Bounds, TreatedPivotsHideNothing)
+{
+    auto random = support::generator(5);
+    int trusted = 0, treated = 0;
+    for (int k = 0; k < 2000; ++k) {
+        const int n = 3 + static_cast<int>(random() % 4);
+        const problems::Dense a = problems::nearlySingular(n, std::pow(10.0, -12.0 - k % 6), random);
+        const SparseMatrix s = problems::sparse(n, a);
+        const Vectors b = problems::product(s, problems::ones(n));
+        for (bool symmetric : {true, false}) {
+            const Outcome o = problems::solved(s, b, problems::options(symmetric));
+            const double error = problems::relativeError(o.answer.x, problems::exactSolution(n, a, b));
+            treated += o.replaced + o.shifted > 0;
+            trusted += o.trusted;
+            if (o.trusted) {
+                EXPECT_LT(error, 0.1) << "seed's system " << k << ": " << o.verdict;
+                EXPECT_LT(error, 10.0 * o.bound.forward());
+            }
+        }
+    }
+    EXPECT_GT(treated, 400);
+    EXPECT_GT(trusted, 400);
+}
+
+TEST(Bounds, ASingularSystemOfThreeWithAPivotReplacedIsNotTrusted)
+{
+    // The pivots are 1, 3e-14 and next to nothing; the last is replaced, and a random right-hand side leaves
+    // a residual that is small beside the 3e13 in its solution.
+    const double p = 3e-14, c = 1e-7;
+    const SparseMatrix a =
+        problems::sparse(3, {1.0, 1.0, 0.0, 1.0, 1.0 + p, c, 0.0, c, c * c / ((1.0 + p) - 1.0) + 1e-15});
+    for (bool symmetric : {true, false}) {
+        const Outcome o =
+            problems::solved(a, problems::product(a, problems::ones(3)), problems::options(symmetric));
+        EXPECT_FALSE(o.trusted) << o.verdict;
+        EXPECT_GT(o.bound.forward(), 0.1);
+    }
+}
+
+TEST(Bounds, AreTheLargestOverTheColumns)
+{
+    auto random = support::generator(6);
+    const int n = 12;
+    const problems::Dense dense = problems::conditioned(n, 1e8, true, random);
+    const SparseMatrix a = problems::sparse(n, dense);
+    Vectors b(n, 5), one(n, 1);
+    for (int j = 0; j < 5; ++j)
+        for (int i = 0; i < n; ++i)
+            b.column(j)[i] = j == 2 ? 0.0 : std::ldexp(support::ordinary(random), 100 * j);
+    const double all = problems::solved(a, b).bound.forward();
+    double largest = 0.0;
+    for (int j = 0; j < 5; ++j) {
+        std::copy(b.column(j), b.column(j) + n, one.value.begin());
+        const Outcome o = problems::solved(a, one);
+        largest = std::max(largest, o.bound.forward());
+        if (j == 2) {
+            EXPECT_EQ(o.bound.forward(), 0.0);
+            EXPECT_TRUE(o.trusted);
+        }
+    }
+    EXPECT_GE(all, 0.3 * largest);
+    EXPECT_LE(all, 30.0 * largest);
+}
+
+TEST(Bounds, OfADiagonalMatrixAreThoseOfRounding)
+{
+    const SparseMatrix a = problems::sparse(3, {1e300, 0, 0, 0, 3e-300, 0, 0, 0, 7});
+    const Outcome o = problems::solved(a, problems::product(a, problems::ones(3)));
+    EXPECT_TRUE(o.trusted);
+    EXPECT_LE(o.bound.forward(), 0x1p-50);
+    EXPECT_GT(o.bound.forward(), 0.0);
+    EXPECT_LE(o.bound.cond1, 3.0);
+}
+
+TEST(Bounds, NotANumberIsNotSolved)
+{
+    for (double bad : {std::nan(""), HUGE_VAL, -HUGE_VAL})
+        for (bool symmetric : {true, false}) {
+            problems::Dense dense = {4, 1, 2, 1, 5, 1, 2, 1, 6};
+            SparseMatrix a = problems::sparse(3, dense);
+            Vectors b = problems::ones(3);
+            b.value[1] = bad;
+            EXPECT_FALSE(problems::solved(a, b, problems::options(symmetric)).trusted);
+            b.value[1] = 1.0;
+            a.value[4] = bad;
+            EXPECT_FALSE(problems::solved(a, b, problems::options(symmetric)).trusted);
+        }
+}
+
+// || |A^-1|*s || of a matrix whose inverse is known: A = L*L^T with ones below, A^-1 tridiagonal.
+TEST(Bounds, TheNormOfTheInverseIsEstimatedFromSolutions)
+{
+    constexpr int n = 50;
+    std::vector<double> s(n), weight(n);
+    for (int i = 0; i < n; ++i)
+        s[i] = 1.0 + i % 3, weight[i] = 1.0 + i % 5;
+    const auto inverse = [](Vectors& x) { // X := tridiag(-1, 2, -1)*X
+        const Vectors v = x;
+        for (int i = 0; i < n; ++i)
+            x.value[i] =
+                2.0 * v.value[i] - (i > 0 ? v.value[i - 1] : 0.0) - (i + 1 < n ? v.value[i + 1] : 0.0);
+        return true;
+    };
+    double norm = 0.0;
+    for (int i = 0; i < n; ++i)
+        norm = std::max(norm,
+                        weight[i] * (2.0 * s[i] + (i > 0 ? s[i - 1] : 0.0) + (i + 1 < n ? s[i + 1] : 0.0)));
+    const double estimate = weightedInverseNorm(weight, s, {inverse, inverse});
+    EXPECT_LE(estimate, norm * (1.0 + 1e-14));
+    EXPECT_GE(estimate, norm / 3.0);
+    const auto fails = [](Vectors&) { return false; };
+    EXPECT_EQ(weightedInverseNorm(weight, s, {inverse, fails}), HUGE_VAL);
 }

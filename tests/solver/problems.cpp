@@ -115,7 +115,7 @@ SparseMatrix lattice(int nx, int ny, int nz)
 {
     std::vector<Triplet> entries;
     const auto at = [&](int i, int j, int k) { return (i * (ny + 1) + j) * (nz + 1) + k; };
-    const auto spring = [&](int p, int q, const int (&d)[3]) {
+    const auto spring = [&](int p, int q, const int(&d)[3]) {
         const double square = d[0] * d[0] + d[1] * d[1] + d[2] * d[2];
         for (int a = 0; a < 3; ++a)
             for (int b = 0; b < 3; ++b) {
@@ -126,8 +126,8 @@ SparseMatrix lattice(int nx, int ny, int nz)
                                                {3 * q + a, 3 * p + b, -value}});
             }
     };
-    constexpr int directions[13][3] = {{1, 0, 0},  {0, 1, 0},  {0, 0, 1},  {1, 1, 0},  {1, -1, 0},
-                                       {1, 0, 1},  {1, 0, -1}, {0, 1, 1},  {0, 1, -1}, {1, 1, 1},
+    constexpr int directions[13][3] = {{1, 0, 0},  {0, 1, 0},  {0, 0, 1}, {1, 1, 0},  {1, -1, 0},
+                                       {1, 0, 1},  {1, 0, -1}, {0, 1, 1}, {0, 1, -1}, {1, 1, 1},
                                        {1, 1, -1}, {1, -1, 1}, {-1, 1, 1}};
     for (int i = 0; i <= nx; ++i)
         for (int j = 0; j <= ny; ++j)
@@ -138,6 +138,24 @@ SparseMatrix lattice(int nx, int ny, int nz)
                         spring(at(i, j, k), at(x, y, z), d);
                 }
     return symmetricFrom(3 * (nx + 1) * (ny + 1) * (nz + 1), entries);
+}
+
+Dense nearlySingular(int n, double smallest, std::mt19937_64& random)
+{
+    Dense l(static_cast<std::size_t>(n) * n, 0.0), a(l.size(), 0.0);
+    for (int k = 0; k < n; ++k) {
+        const double d = std::pow(smallest, random() % 3 == 0 ? 1.0 : uniform(random, 0.0, 1.0));
+        l[k + n * k] = 1.0;
+        for (int i = k + 1; i < n; ++i)
+            l[i + n * k] = uniform(random, -1.0, 1.0) / std::sqrt(random() % 3 == 0 ? d : 1.0);
+        for (int j = k; j < n; ++j)
+            for (int i = k; i < n; ++i)
+                a[i + n * j] += l[i + n * k] * d * l[j + n * k];
+    }
+    for (int j = 0; j < n; ++j)
+        for (int i = 0; i < j; ++i)
+            a[i + n * j] = a[j + n * i];
+    return a;
 }
 
 SparseMatrix held(const SparseMatrix& a, const std::vector<int>& unknowns)

@@ -18,16 +18,19 @@ SparseMatrix sparse(int n, const Dense& a);
 // Random, with singular values from 1 down to 1/condition; symmetric and positive definite or neither.
 Dense conditioned(int n, double condition, bool symmetric, std::mt19937_64& random);
 
-// Both halves of a random sparse symmetric matrix: off the diagonal three entries a row or so in [-1, 1], on it
-// numbers of either sign of the given sizes.
+// Both halves of a random sparse symmetric matrix: off the diagonal three entries a row or so in [-1, 1], on
+// it numbers of either sign of the given sizes.
 SparseMatrix indefinite(int n, double smallest, double largest, std::mt19937_64& random);
 
 // Springs between the points of a grid that are neighbours, nothing held: one motion is free in each piece.
 SparseMatrix grid(int nx, int ny, int nz);
 
-// A block of nx*ny*nz cells, each with springs along its edges, faces' diagonals and space diagonals, three displacements
-// a point, point after point; nothing held: six motions are free, and only those.
+// A block of nx*ny*nz cells, each with springs along its edges, faces' diagonals and space diagonals, three
+// displacements a point, point after point; nothing held: six motions are free, and only those.
 SparseMatrix lattice(int nx, int ny, int nz);
+
+// L*D*L^T with random unit lower L and pivots from 1 down to `smallest`, some of them equal to it.
+Dense nearlySingular(int n, double smallest, std::mt19937_64& random);
 
 // A with the rows and columns of these unknowns taken out.
 SparseMatrix held(const SparseMatrix& a, const std::vector<int>& unknowns);
