@@ -9,7 +9,7 @@ usage: report.py BENCHMARK... [--families REGEX] [--repetitions N] [--threads N]
 A line is one family and size. Its variants run in one process of their own, several times, interleaved at random where
 the BLAS has one thread; the best of each counts. Prints every line with the ratios kernel/peer, the targets of targets.txt and whether they are
 reached. --json keeps the rates, --svg draws them over the size. --end-to-end compares whole factorisations instead, of
-elasticity and of the matrices in the folder BLA_TEST_DATA. --small-calls compares calls on tiny blocks with the plain
+elasticity and of the stiffness matrices in tests/data, or in the folder BLA_TEST_DATA. --small-calls compares calls on tiny blocks with the plain
 loops behind the same interface.
 """
 import argparse
@@ -21,7 +21,7 @@ import subprocess
 import sys
 
 HERE = os.path.dirname(os.path.abspath(__file__))
-DATA = os.environ.get("BLA_TEST_DATA", os.path.join(HERE, "..", "..", "shared", "data"))
+DATA = os.environ.get("BLA_TEST_DATA", os.path.join(HERE, "..", "tests", "data"))
 STIFFNESS = ("nos3", "nos5", "bar_hex8", "msc01050", "bcsstk11", "bcsstk14", "bcsstk15", "bcsstk18", "s3rmt3m3")
 
 

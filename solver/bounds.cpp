@@ -48,6 +48,28 @@ Scales scalesOf(const SparseMatrix& a, const Vectors& b, const Vectors& x, const
 // M is A for the purpose of an estimate where it finds known solutions again this well.
 constexpr double small = 0x1p-7;
 constexpr int refinements = 20;
+// A factor that needs more than these is not a good one.
+constexpr int few = 5;
+
+// Random signs and sizes from 1/2 to 1.
+Vectors known(int n)
+{
+    std::mt19937_64 random(2);
+    Vectors w(n, 1);
+    for (double& value : w.value) {
+        const std::uint64_t bits = random();
+        value = std::ldexp(static_cast<double>(bits >> 12), -53) + 0.5;
+        value = bits & 1 ? -value : value;
+    }
+    return w;
+}
+
+// max |x - w| / max |w|
+double distance(Vectors x, const Vectors& w)
+{
+    std::transform(x.value.begin(), x.value.end(), w.value.begin(), x.value.begin(), std::minus<>());
+    return maxNorm(x.value.data(), x.n) / maxNorm(w.value.data(), w.n);
+}
 
 } // namespace
 
@@ -84,17 +106,35 @@ double weightedInverseNorm(const std::vector<double>& weight, const std::vector<
 
 double recoveryError(const SparseMatrix& a, const Apply& solve)
 {
-    std::mt19937_64 random(2);
-    Vectors w(a.n, 1), x(a.n, 1);
-    for (double& value : w.value) {
-        const std::uint64_t bits = random();
-        value = std::ldexp(static_cast<double>(bits >> 12), -53) + 0.5;
-        value = bits & 1 ? -value : value;
-    }
+    const Vectors w = known(a.n);
+    Vectors x(a.n, 1);
     multiply(a, w.value.data(), x.value.data(), 1);
     solve(x);
-    std::transform(x.value.begin(), x.value.end(), w.value.begin(), x.value.begin(), std::minus<>());
-    return maxNorm(x.value.data(), a.n) / maxNorm(w.value.data(), a.n);
+    return distance(x, w);
+}
+
+bool Recovery::regular() const
+{
+    return error <= small;
+}
+
+bool Recovery::good() const
+{
+    return regular() && residual <= 1e-13;
+}
+
+bool Recovery::better(const Recovery& other) const
+{
+    return regular() && (!other.regular() || residual < other.residual);
+}
+
+Recovery recover(const SparseMatrix& a, const Apply& solve)
+{
+    const Vectors w = known(a.n);
+    Vectors b(a.n, 1);
+    multiply(a, w.value.data(), b.value.data(), 1);
+    const Refined refined = solveRefined(a, b, solve, few);
+    return {distance(refined.x, w), refined.residual};
 }
 
 ErrorBound boundError(const SparseMatrix& a, const Vectors& b, const Vectors& x,

@@ -55,3 +55,16 @@ double weightedInverseNorm(const std::vector<double>& weight, const std::vector<
 // How well a solution that is known is found again: max |x - w| / max |w| for a w of random signs and sizes
 // from 1/2 to 1 and x what `solve` makes of A*w. About 1 where A is singular, whatever M is.
 double recoveryError(const SparseMatrix& a, const Apply& solve);
+
+// What a refined solution that is known tells of a factor.
+struct Recovery
+{
+    double error = 0.0;    // as that of recoveryError
+    double residual = 0.0; // as that of Refined
+
+    bool regular() const; // A, as far as this factor can tell
+    bool good() const;    // nothing but rounding is left
+    bool better(const Recovery& other) const;
+};
+
+Recovery recover(const SparseMatrix& a, const Apply& solve);

@@ -19,8 +19,6 @@ namespace {
 constexpr double pivotShift = 0x1p-26;
 // What counts as tiny then: whatever the shift surely moves away from zero, to half of itself at least.
 constexpr double shiftTolerance = pivotShift / 2;
-// A factor that finds known solutions again this well, refined if need be, is good.
-constexpr double recovered = 0x1p-7;
 // Right-hand sides that are copied and solved for at a time.
 constexpr int blockColumns = 64;
 
@@ -159,24 +157,18 @@ void bla_solver::factoriseWell(Factor& factor, Numbers& made) const
     const bool definite = a.n == 0 || (a.symmetric && factor.negative() == 0 && factor.treated() == 0);
     if (definite || options.shift > 0.0 || !wishes.kept.empty())
         return;
-    const auto solve = [&](Vectors& x) { factor.solve(x); };
-    const auto recovery = [&] {
-        const double plain = recoveryError(a, solve);
-        const int steps = static_cast<int>(options.refinements);
-        return plain <= recovered ? plain : recoveryError(a, [&](Vectors& x) {
-            x = solveRefined(a, x, solve, std::max(steps, 2)).x;
-        });
-    };
+    const Factorised inverse{[&](Vectors& x) { factor.solve(x); }, [&](Vectors& x) { factor.solve(x, true); },
+                             true};
     try {
-        const double first = recovery();
-        if (first <= recovered)
+        const Recovery first = recover(a, inverse.solve);
+        if (first.good())
             return;
         run(shifting, "factorising with shifted pivots");
-        if (recovery() <= recovered)
+        const Recovery second = recover(a, inverse.solve);
+        if (!second.regular())
+            made.unheld = findUnheldMotions(a, factor.treatedPivots(), inverse);
+        if (second.better(first))
             return;
-        made.unheld =
-            findUnheldMotions(a, factor.treatedPivots(),
-                              {solve, [&](Vectors& x) { factor.solve(x, true); }, factor.treated() > 0});
     } catch (const std::bad_alloc&) { // no memory to look into it
     }
     if (made.shifted)

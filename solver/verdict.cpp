@@ -62,14 +62,6 @@ Quality judge(const Evidence& e)
     return digits(e) >= 1.0 ? Quality::trusted : Quality::doubtful;
 }
 
-bool better(const Evidence& one, const Evidence& other)
-{
-    const Quality first = judge(one), second = judge(other);
-    if (first != second)
-        return first > second;
-    return first == Quality::unsolved ? one.residual < other.residual : one.error < other.error;
-}
-
 std::string verdict(const Evidence& e)
 {
     switch (judge(e)) {

@@ -19,8 +19,5 @@ struct Evidence
 // The better the higher.
 enum class Quality { unsolved, doubtful, trusted };
 
-// Whether an answer is better than another to the same system.
-bool better(const Evidence& one, const Evidence& other);
-
 Quality judge(const Evidence& evidence);
 std::string verdict(const Evidence& evidence);

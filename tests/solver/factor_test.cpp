@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "factor.h"
+#include "planned.h"
 #include "problems.h"
 #include "scaling.h"
 
@@ -26,9 +26,9 @@ TEST(Factor, SolvesWithTheTransposeToo)
     for (int n : {1, 2, 7, 60, 500})
         for (int columns : {1, 3}) {
             const SparseMatrix a = unsymmetric(n, n), at = transposed(a);
-            const Analysis analysis = analyse(symmetrisedPattern(a, at), std::vector<char>(n, 0));
-            Factor factor(analysis, false);
-            factor.factorise(a, {1e-14, 0.0, 0}, {});
+            Planned planned(a);
+            Factor& factor = planned.factor;
+            factor.factorise(a.value.data(), {1e-14, 0.0, 0}, {});
             auto random = support::generator(n + columns);
             Vectors x(n, columns);
             for (double& value : x.value)
@@ -44,24 +44,25 @@ TEST(Factor, SolvesWithTheTransposeToo)
 TEST(Factor, TellsWhichPivotsWereTreatedAndHow)
 {
     // Unknowns 0, 2 and 4 by themselves, 2 and 4 with next to nothing.
-    const SparseMatrix a = problems::sparse(
+    SparseMatrix a = problems::sparse(
         5, {3, 0, 0, 0, 0, 0, 2, 0, 1, 0, 0, 0, 1e-15, 0, 0, 0, 1, 0, -2, 0, 0, 0, 0, 0, -1e-15});
     for (bool symmetric : {true, false}) {
-        const Analysis analysis = analyse(a, std::vector<char>(5, 0));
-        Factor factor(analysis, symmetric);
+        a.symmetric = symmetric;
+        Planned planned(a);
+        Factor& factor = planned.factor;
         const auto treated = [&](int unknown) {
             for (const TreatedPivot& pivot : factor.treatedPivots())
                 if (pivot.unknown == unknown)
                     return pivot.shift;
             return 0.0;
         };
-        factor.factorise(a, {1e-14, 0.0, 0}, {});
+        factor.factorise(a.value.data(), {1e-14, 0.0, 0}, {});
         EXPECT_EQ(factor.treated(), 2);
         EXPECT_EQ(treated(2), 1e36);
         EXPECT_EQ(treated(4), 1e36);
         EXPECT_EQ(factor.positive(), 2);
         EXPECT_EQ(factor.negative(), 1);
-        factor.factorise(a, {1e-14, 0.25, 0}, {});
+        factor.factorise(a.value.data(), {1e-14, 0.25, 0}, {});
         EXPECT_EQ(factor.treated(), 2);
         EXPECT_EQ(treated(2), 0.25);
         EXPECT_EQ(treated(4), -0.25);
@@ -83,10 +84,9 @@ TEST(Scaling, EntersAndLeavesTransposed)
     }
     const SparseMatrix a = fromTriplets(n, entries), at = transposed(a);
     const Equilibrated e = equilibrateUnsymmetric(a);
-    const Analysis analysis =
-        analyse(symmetrisedPattern(e.matrix, transposed(e.matrix)), std::vector<char>(n, 0));
-    Factor factor(analysis, false);
-    factor.factorise(e.matrix, {1e-14, 0.0, 0}, {});
+    Planned planned(e.matrix);
+    Factor& factor = planned.factor;
+    factor.factorise(e.matrix.value.data(), {1e-14, 0.0, 0}, {});
     const Vectors x = problems::ones(n);
     Vectors y = problems::product(at, x);
     e.enterTransposed(y);

@@ -11,12 +11,11 @@ void expectSolved(int n, double smallest, double largest, std::uint64_t number)
     auto random = support::generator(number);
     const SparseMatrix a = problems::indefinite(n, smallest, largest, random);
     const Vectors x = problems::ones(a.n);
-    const Outcome o = problems::solved(a, problems::product(a, x));
-    const double error = problems::relativeError(o.answer.x, x);
+    const problems::Outcome o = problems::solved(a, problems::product(a, x));
+    const double error = problems::relativeError(o.x, x);
     EXPECT_TRUE(o.trusted) << o.verdict << ", diagonal from " << smallest << ", number " << number << " "
-                           << o.shifted << " " << o.bound.recovery << " " << o.bound.forward() << " "
-                           << o.answer.residual << " err " << error;
-    EXPECT_LT(error, 10.0 * o.bound.forward());
+                           << o.shifted << " " << o.bound << " " << o.residual << " err " << error;
+    EXPECT_LT(error, 10.0 * o.bound);
 }
 
 } // namespace

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "problems.h"
 
+#include "TOVBlaSolver.h"
+
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <numeric>
 
 namespace problems {
@@ -227,14 +230,39 @@ Vectors exactSolution(int n, const Dense& a, const Vectors& b)
     return x;
 }
 
-SolverOptions options(bool symmetric)
+Outcome solved(const SparseMatrix& a, const Vectors& b, const How& how)
 {
-    return {symmetric, 1e-14, 0, 10};
-}
-
-Outcome solved(const SparseMatrix& a, const Vectors& b, const SolverOptions& how)
-{
-    return solve(a, b, how, [](const char*, double) {});
+    bla_solver* handle = nullptr;
+    bla_solver_create(&handle);
+    const std::unique_ptr<bla_solver, void (*)(bla_solver*)> solver(handle, bla_solver_destroy);
+    Outcome o;
+    o.x = b;
+    bla_solver_set(handle, "refinements", how.refinements);
+    const int kind = how.symmetric ? BLA_SOLVER_SYMMETRIC_LOWER : BLA_SOLVER_GENERAL;
+    if (bla_solver_analyse(handle, kind, a.n, a.start.data(), a.column.data()) ||
+        bla_solver_factorise(handle, a.value.data()) ||
+        bla_solver_solve(handle, 0, b.columns, o.x.value.data(), a.n) ||
+        bla_solver_refine(handle, a.value.data(), b.columns, b.value.data(), a.n, o.x.value.data(), a.n)) {
+        o.verdict = bla_solver_message(handle);
+        return o;
+    }
+    const auto get = [&](const char* quantity) {
+        double value = NAN;
+        bla_solver_get(handle, quantity, &value);
+        return value;
+    };
+    o.verdict = bla_solver_verdict(handle);
+    o.trusted = get("trusted") == 1.0;
+    o.residual = get("residual");
+    o.backwardError = get("backward_error");
+    o.bound = get("error_estimate");
+    o.steps = static_cast<int>(get("refinement_steps"));
+    o.replaced = static_cast<int>(get("replaced_pivots"));
+    o.shifted = static_cast<int>(get("shifted_pivots"));
+    o.motions = static_cast<int>(get("unheld_motions"));
+    o.unheld.resize(o.motions);
+    bla_solver_unheld(handle, o.unheld.data());
+    return o;
 }
 
 } // namespace problems

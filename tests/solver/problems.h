@@ -3,7 +3,6 @@
 #pragma once
 
 #include "random.h"
-#include "solver.h"
 #include "sparse_matrix.h"
 
 #include <string>
@@ -44,8 +43,24 @@ double relativeError(const Vectors& x, const Vectors& y);
 // The solution of A*x = b, by elimination with row exchanges in a longer format.
 Vectors exactSolution(int n, const Dense& a, const Vectors& b);
 
-// As the program solves, by default.
-SolverOptions options(bool symmetric = true);
-Outcome solved(const SparseMatrix& a, const Vectors& b, const SolverOptions& how = options());
+// What a caller of the interface learns of a system.
+struct Outcome
+{
+    Vectors x;
+    std::string verdict;
+    bool trusted = false;
+    double residual = 0.0, backwardError = 0.0, bound = 0.0;
+    int steps = 0, replaced = 0, shifted = 0, motions = 0;
+    std::vector<int> unheld;
+};
+
+struct How
+{
+    bool symmetric = true;
+    int refinements = 10;
+};
+
+// Analysed, factorised, solved and refined; not trusted where a call fails.
+Outcome solved(const SparseMatrix& a, const Vectors& b, const How& how = {});
 
 } // namespace problems

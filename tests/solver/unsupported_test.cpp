@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Structures without supports: the verdict names the motions that nothing holds.
 #include "problems.h"
+#include "refine.h"
 
 #include <gtest/gtest.h>
 
@@ -28,27 +29,29 @@ void expectUnheld(const SparseMatrix& a, int motions, const std::string& words)
 {
     for (bool symmetric : {true, false}) {
         const Vectors x = randomVector(a.n, 1);
-        const Outcome carried = problems::solved(a, problems::product(a, x), problems::options(symmetric));
+        const problems::Outcome carried =
+            problems::solved(a, problems::product(a, x), problems::How{symmetric});
         EXPECT_FALSE(carried.trusted);
         EXPECT_TRUE(contains(carried.verdict, "NOT TO BE TRUSTED")) << carried.verdict;
         EXPECT_TRUE(contains(carried.verdict, "one of many answers")) << carried.verdict;
         EXPECT_TRUE(contains(carried.verdict, words)) << carried.verdict;
-        EXPECT_EQ(carried.unheld.count, motions);
-        EXPECT_GE(carried.bound.forward(), 0.1);
-        EXPECT_LT(maxNorm(carried.answer.x.value.data(), a.n), 1e4 * maxNorm(x.value.data(), a.n));
+        EXPECT_EQ(carried.motions, motions);
+        EXPECT_GE(carried.bound, 0.1);
+        EXPECT_LT(maxNorm(carried.x.value.data(), a.n), 1e4 * maxNorm(x.value.data(), a.n));
 
-        const Outcome moved = problems::solved(a, x, problems::options(symmetric));
+        const problems::Outcome moved = problems::solved(a, x, problems::How{symmetric});
         EXPECT_FALSE(moved.trusted);
         EXPECT_TRUE(contains(moved.verdict, "NOT SOLVED")) << moved.verdict;
         EXPECT_TRUE(contains(moved.verdict, words)) << moved.verdict;
-        EXPECT_EQ(moved.unheld.count, motions);
+        EXPECT_EQ(moved.motions, motions);
 
-        ASSERT_EQ(carried.unheld.unknowns.size(), static_cast<std::size_t>(motions));
-        const SparseMatrix held = problems::held(a, carried.unheld.unknowns);
+        ASSERT_EQ(carried.unheld.size(), static_cast<std::size_t>(motions));
+        const SparseMatrix held = problems::held(a, carried.unheld);
         EXPECT_EQ(held.n, a.n - motions);
-        const Outcome solved = problems::solved(held, problems::product(held, problems::ones(held.n)));
+        const problems::Outcome solved =
+            problems::solved(held, problems::product(held, problems::ones(held.n)));
         EXPECT_TRUE(solved.trusted) << solved.verdict;
-        EXPECT_EQ(solved.unheld.count, 0);
+        EXPECT_EQ(solved.motions, 0);
     }
 }
 
@@ -102,10 +105,10 @@ TEST(Unsupported, AHeldBodyIsSolvedHoweverSlender)
 {
     for (int length : {3, 30, 300}) {
         const SparseMatrix a = problems::held(problems::lattice(length, 1, 1), firstPoints(4));
-        const Outcome o = problems::solved(a, problems::product(a, problems::ones(a.n)));
+        const problems::Outcome o = problems::solved(a, problems::product(a, problems::ones(a.n)));
         EXPECT_TRUE(o.trusted) << length << ": " << o.verdict;
-        EXPECT_EQ(o.unheld.count, 0);
-        EXPECT_LT(problems::relativeError(o.answer.x, problems::ones(a.n)), o.bound.forward());
+        EXPECT_EQ(o.motions, 0);
+        EXPECT_LT(problems::relativeError(o.x, problems::ones(a.n)), o.bound);
     }
 }
 
@@ -113,9 +116,9 @@ TEST(Unsupported, UnknownsAreCountedFromOne)
 {
     // x2 is in no equation.
     const SparseMatrix a = problems::sparse(3, {2, 0, 1, 0, 0, 0, 1, 0, 2});
-    const Outcome o = problems::solved(a, problems::product(a, problems::ones(3)));
+    const problems::Outcome o = problems::solved(a, problems::product(a, problems::ones(3)));
     EXPECT_TRUE(contains(o.verdict, "(1 unheld motion, unknown 2)")) << o.verdict;
-    EXPECT_EQ(o.unheld.unknowns, std::vector<int>{1});
+    EXPECT_EQ(o.unheld, std::vector<int>{1});
 }
 
 TEST(Unsupported, ASingularUnsymmetricMatrixIsExplainedToo)
@@ -128,11 +131,9 @@ TEST(Unsupported, ASingularUnsymmetricMatrixIsExplainedToo)
             entries.push_back({(7 * i + 3) % body.n, body.column[p], std::ldexp(body.value[p], i % 5)});
     const SparseMatrix a = fromTriplets(body.n, entries);
     const Vectors x = randomVector(a.n, 2);
-    const Outcome carried = problems::solved(a, problems::product(a, x), problems::options(false));
-    EXPECT_EQ(carried.unheld.count, 1);
+    const problems::Outcome carried = problems::solved(a, problems::product(a, x), problems::How{false});
+    EXPECT_EQ(carried.motions, 1);
     EXPECT_TRUE(contains(carried.verdict, "one of many answers")) << carried.verdict;
-    const Outcome moved = problems::solved(a, x, problems::options(false));
+    const problems::Outcome moved = problems::solved(a, x, problems::How{false});
     EXPECT_TRUE(contains(moved.verdict, "NOT SOLVED")) << moved.verdict;
-    EXPECT_GT(moved.unheld.unreachable, 1e-3);
-    EXPECT_LT(carried.unheld.unreachable, 1e-12);
 }
