@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The graph of a symmetric pattern, with unknowns of equal structure taken together.
+#pragma once
+
+#include "pattern.h"
+
+#include <cstdint>
+#include <vector>
+
+// Vertex v stands for the unknowns member[first[v]] to member[first[v + 1] - 1], ascending. Its neighbours do
+// not contain itself.
+struct Graph
+{
+    std::int32_t n = 0;
+    std::vector<std::int64_t> start; // n + 1
+    std::vector<std::int32_t> neighbour;
+    std::vector<std::int32_t> first; // n + 1
+    std::vector<std::int32_t> member;
+
+    std::int32_t weight(std::int32_t v) const { return first[v + 1] - first[v]; }
+    std::int64_t degree(std::int32_t v) const { return start[v + 1] - start[v]; }
+};
+
+// One vertex for all unknowns that have the same neighbours, each other included, and the same label: in any
+// good order they follow one another, and the three displacements of a mesh node make a graph of a third of
+// the vertices and a ninth of the edges.
+Graph compressedGraph(const Pattern& pattern, const std::vector<char>& label);
+
+// A vertex for every unknown.
+Graph plainGraph(const Pattern& pattern);
