@@ -74,7 +74,7 @@ Chosen choose(const Pattern& pattern, const std::vector<char>& late, const Analy
         return {std::move(graph), std::move(elimination), Ordering::given};
     }
     Chosen best{compressedGraph(pattern, late, options.kept), {}, Ordering::choose};
-    const bool metis = options.ordering != Ordering::amd && metisTakes(best.graph);
+    const bool metis = options.ordering != Ordering::amd && metisTakes(best.graph.start.back());
     const bool amd = !metis || (options.ordering == Ordering::choose && pattern.n <= bothOrders);
     const auto consider = [&](std::vector<std::int32_t> order, Ordering ordering) {
         Elimination e = eliminate(best.graph, postponed(best.graph, std::move(order), late));

@@ -28,7 +28,7 @@ struct Graph
 // the vertices and a ninth of the edges.
 // Those in `kept` make up one vertex, with the neighbours of all.
 Graph compressedGraph(const Pattern& pattern, const std::vector<char>& label,
-                      const std::vector<std::int32_t>& kept);
+                      const std::vector<std::int32_t>& kept = {});
 
 // A vertex for every unknown, and one for those in `kept`.
-Graph plainGraph(const Pattern& pattern, const std::vector<std::int32_t>& kept);
+Graph plainGraph(const Pattern& pattern, const std::vector<std::int32_t>& kept = {});

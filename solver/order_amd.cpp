@@ -5,7 +5,6 @@
 
 #include <amd.h>
 
-#include <limits>
 #include <new>
 #include <stdexcept>
 
@@ -58,11 +57,11 @@ std::vector<std::int32_t> vertices(const std::vector<Index>& unknowns, const Gra
 
 } // namespace
 
-std::vector<std::int32_t> amdOrder(const Pattern& pattern, const Graph& graph)
+std::vector<std::int32_t> amdOrder(const Pattern& pattern, const Graph& graph, double largest)
 {
     // AMD works in 1.2 times the entries and some vectors.
-    const double integers = 1.2 * static_cast<double>(pattern.start[pattern.n]) + 10.0 * pattern.n;
-    if (integers < std::numeric_limits<int>::max())
+    const double places = 1.2 * static_cast<double>(pattern.start[pattern.n]) + 10.0 * pattern.n;
+    if (places <= largest)
         return vertices(unknowns<int>(pattern), graph);
     return vertices(unknowns<SuiteSparse_long>(pattern), graph);
 }

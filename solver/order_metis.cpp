@@ -53,10 +53,9 @@ Core coreOf(const Graph& graph)
 
 } // namespace
 
-bool metisTakes(const Graph& graph)
+bool metisTakes(std::int64_t edges)
 {
-    static_assert(sizeof(idx_t) >= sizeof(std::int32_t));
-    return graph.neighbour.size() <= static_cast<std::size_t>(std::numeric_limits<idx_t>::max());
+    return edges <= std::numeric_limits<idx_t>::max();
 }
 
 std::vector<std::int32_t> metisOrder(const Graph& graph)
@@ -67,8 +66,9 @@ std::vector<std::int32_t> metisOrder(const Graph& graph)
     if (n > 0) {
         idx_t options[METIS_NOPTIONS];
         METIS_SetDefaultOptions(options);
-        options[METIS_OPTION_COMPRESS] = 0; // done
-        options[METIS_OPTION_NSEPS] = 2;    // the better of two separators
+        // The graph comes compressed. Where that made it much smaller there is time for better separators.
+        options[METIS_OPTION_COMPRESS] = 0;
+        options[METIS_OPTION_NSEPS] = 1.5 * graph.n < static_cast<double>(graph.member.size()) ? 2 : 1;
         const ProcessState kept;
         const int status = METIS_NodeND(&n, core.start.data(), core.neighbour.data(), core.weight.data(),
                                         options, order.data(), place.data());

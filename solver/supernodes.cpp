@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <queue>
 
 namespace {
 
@@ -50,32 +51,8 @@ Group merged(const Group& child, const Group& parent)
     return both;
 }
 
-bool worthwhile(const Group& child, const Group& parent, const Group& both)
-{
-    const double share = both.zeros / entries(both.pivots, both.order);
-    return both.zeros == child.zeros + parent.zeros || both.pivots <= 4 ||
-           (both.pivots <= 16 && share < 0.8) || (both.pivots <= 48 && share < 0.1) || share < 0.05;
-}
-
-// From the roots down; into[g] is the group that g ended in. Nothing joins the group `kept`.
-std::vector<std::int32_t> amalgamate(std::vector<Group>& groups, std::int32_t kept)
-{
-    std::vector<std::int32_t> into(groups.size());
-    std::iota(into.begin(), into.end(), 0);
-    for (auto g = static_cast<std::int32_t>(groups.size()) - 1; g >= 0; --g) {
-        if (groups[g].parent < 0)
-            continue;
-        const std::int32_t parent = groups[g].parent = into[groups[g].parent];
-        const Group both = merged(groups[g], groups[parent]);
-        if (parent != kept && worthwhile(groups[g], groups[parent], both)) {
-            groups[parent] = both;
-            into[g] = parent;
-        }
-    }
-    return into;
-}
-
-// Children of every group, one list after the other, in ascending order.
+// Children of every group that lives on, one list after the other, in ascending order; last the list of
+// roots.
 struct Children
 {
     std::vector<std::int32_t> start, child;
@@ -94,7 +71,51 @@ struct Children
             if (into[g] == g)
                 child[next[list(g)]++] = g;
     }
+    const std::int32_t* begin(std::size_t list) const { return child.data() + start[list]; }
+    const std::int32_t* end(std::size_t list) const { return child.data() + start[list + 1]; }
+    std::size_t roots() const { return start.size() - 2; }
 };
+
+// A front costs time beside its arithmetic, the more of its time the smaller it is.
+bool worthwhile(const Group& both)
+{
+    const double share = both.zeros / entries(both.pivots, both.order);
+    return share == 0.0 || both.pivots <= 4 || (both.pivots <= 12 && share < 0.6) ||
+           (both.pivots <= 48 && share < 0.05) || share < 0.02;
+}
+
+// From the roots down each group takes in those of its children that share the most rows with it, and theirs.
+// Entry g of the result is the group that g ended in. The group `kept` takes in nothing.
+std::vector<std::int32_t> amalgamate(std::vector<Group>& groups, std::int32_t kept)
+{
+    std::vector<std::int32_t> into(groups.size());
+    std::iota(into.begin(), into.end(), 0);
+    const Children children(groups, into);
+    const auto later = [&](std::int32_t a, std::int32_t b) {
+        const std::int32_t restA = groups[a].order - groups[a].pivots,
+                           restB = groups[b].order - groups[b].pivots;
+        return restA != restB ? restA < restB : a > b;
+    };
+    for (auto g = static_cast<std::int32_t>(groups.size()) - 1; g >= 0; --g) {
+        if (into[g] != g)
+            continue;
+        std::priority_queue<std::int32_t, std::vector<std::int32_t>, decltype(later)> candidates(
+            children.begin(g), children.end(g), later);
+        while (!candidates.empty()) {
+            const std::int32_t child = candidates.top();
+            candidates.pop();
+            const Group both = merged(groups[child], groups[g]);
+            groups[child].parent = g;
+            if (g == kept || !worthwhile(both))
+                continue;
+            groups[g] = both;
+            into[child] = g;
+            for (const std::int32_t* next = children.begin(child); next != children.end(child); ++next)
+                candidates.push(*next);
+        }
+    }
+    return into;
+}
 
 // Contributions wait on one stack for even depths and one for odd ones. A subtree needs `same` on the stack
 // of its root and `other` on the other one, and leaves `left` on the first. The least is needed when the
@@ -129,10 +150,9 @@ std::vector<std::int32_t> postorderOf(const Children& children)
 {
     std::vector<std::int32_t> sequence, open;
     const auto openAll = [&](std::size_t list) {
-        open.insert(open.end(), children.child.begin() + children.start[list],
-                    children.child.begin() + children.start[list + 1]);
+        open.insert(open.end(), children.begin(list), children.end(list));
     };
-    openAll(children.start.size() - 2);
+    openAll(children.roots());
     while (!open.empty()) {
         sequence.push_back(open.back());
         open.pop_back();
