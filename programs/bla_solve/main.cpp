@@ -4,16 +4,16 @@
 #include "error.h"
 #include "matrix_market.h"
 #include "options.h"
+#include "output_file.h"
 #include "report.h"
 #include "solver.h"
+#include "standard_output.h"
 #include "stopwatch.h"
 
 #include <TOVBlaModule.h>
 
-#include <cerrno>
 #include <cmath>
 #include <cstdio>
-#include <cstring>
 #include <exception>
 #include <new>
 #include <random>
@@ -55,22 +55,26 @@ Problem readProblem(const Options& options)
     if (options.method == Method::symmetric && !problem.a.symmetric)
         throw InputError(options.matrix +
                          ": the matrix is not symmetric, and --method ldlt asks for a symmetric one");
-    if (options.rhs == "ones" || options.rhs == "random")
+    if (options.rhsFile().empty())
         chooseSolution(problem, options);
     else
-        problem.b = readVectors(options.rhs, problem.a.n);
+        problem.b = readVectors(options.rhsFile(), problem.a.n);
     return problem;
 }
 
-// Better now than after the work.
-void checkWritable(const std::string& path)
+// Before any work: every output can be written, and is none of the inputs.
+void checkOutputs(const Options& options)
 {
-    if (path.empty() || access(path.c_str(), W_OK) == 0)
-        return;
-    const std::size_t slash = path.rfind('/');
-    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-    if (errno != ENOENT || access(folder.c_str(), W_OK | X_OK) != 0)
-        throw InputError(path + ": cannot be written: " + std::strerror(errno));
+    for (const std::string& output : {options.solution, options.matrix.empty() ? options.vtk : ""}) {
+        if (output.empty())
+            continue;
+        for (const std::string& input : {options.matrix, options.rhsFile()})
+            if (sameFile(output, input))
+                throw InputError(output + ": the output would overwrite the input " + input);
+        checkWritable(output);
+    }
+    if (options.matrix.empty() && !options.solution.empty() && samePlace(options.solution, options.vtk))
+        throw InputError("--solution and --vtk name the same file: " + options.vtk);
 }
 
 double relativeError(const Vectors& x, const Vectors& exact)
@@ -102,6 +106,13 @@ Monitor progressLine(bool wanted)
     };
 }
 
+// Whatever ends the work, its line goes.
+struct ProgressEnd
+{
+    const Monitor& monitor;
+    ~ProgressEnd() { monitor("", 1.0); }
+};
+
 std::string text(const char* pattern, double a, double b = 0.0, double c = 0.0)
 {
     char buffer[120];
@@ -122,7 +133,21 @@ void addPhase(Report& report, const char* key, const char* label, const Phase& p
                 text("%8.3f s %9.3f Gflop %8.2f GFLOP/s", phase.seconds, phase.flops * 1e-9, phase.gflops()));
 }
 
-void reportBeam(Report& report, const BeamMesh& mesh, const Vectors& x, const std::string& vtk)
+// Writes a file; false with a message where that fails.
+template <class Write>
+bool written(Write write)
+{
+    try {
+        write();
+        return true;
+    } catch (const OutputError& error) {
+        std::fprintf(stderr, "bla_solve: %s\n", error.what());
+        return false;
+    }
+}
+
+// false where the picture could not be written
+bool reportBeam(Report& report, const BeamMesh& mesh, const Vectors& x, const std::string& vtk)
 {
     const double tip = tipDeflection(mesh, x.value.data()), theory = tipDeflectionTheory(mesh);
     const double deviation = 100.0 * (tip / theory - 1.0);
@@ -133,13 +158,15 @@ void reportBeam(Report& report, const BeamMesh& mesh, const Vectors& x, const st
     report.line("computed", text("%.4f mm", 1e3 * tip));
     report.line("Timoshenko beam theory", text("%.4f mm (computed: %+.2f %%)", 1e3 * theory, deviation));
     if (vtk.empty())
-        return;
+        return true;
     // exaggerated so that the tip moves by a tenth of the length
     const double factor = tip > 0.0 && std::isfinite(tip) ? std::ceil(0.1 * mesh.size[0] / tip) : 1.0;
-    writeDeformedBeam(vtk, mesh, x.value.data(), factor);
+    if (!written([&] { writeDeformedBeam(vtk, mesh, x.value.data(), factor); }))
+        return false;
     report.add("vtk_file", "", vtk);
     report.add("vtk_exaggeration", "", factor);
     report.line("deformed beam", vtk + text(" (for ParaView; displacements x %.0f)", factor));
+    return true;
 }
 
 int run(const Options& options)
@@ -147,11 +174,11 @@ int run(const Options& options)
     Stopwatch watch;
     const bool beam = options.matrix.empty();
     const BeamMesh& mesh = options.beam;
-    checkWritable(options.solution);
-    checkWritable(beam ? options.vtk : "");
+    checkOutputs(options);
     if (options.threads > 0)
         blaC_set_num_threads(options.threads);
     const Monitor monitor = progressLine(!options.json);
+    const ProgressEnd end{monitor};
     monitor("reading", 0.0);
     const Problem problem = readProblem(options);
     const Phase input{watch.lap(), 0.0};
@@ -198,8 +225,7 @@ int run(const Options& options)
     addPhase(report, "solution", "solution", outcome.solution);
     addPhase(report, "refinement", "residuals", outcome.refinement);
     addPhase(report, "total", "total", total);
-    if (beam)
-        reportBeam(report, mesh, outcome.answer.x, options.vtk);
+    bool complete = !beam || reportBeam(report, mesh, outcome.answer.x, options.vtk);
     report.heading("Answer");
     report.add("refinement_steps", "refinement steps", std::int64_t{outcome.answer.steps});
     report.add("relative_residual", "relative residual", outcome.answer.residual);
@@ -209,21 +235,22 @@ int run(const Options& options)
     report.add("trusted", "", outcome.trusted);
     report.add("verdict", "verdict", outcome.verdict);
     if (!options.solution.empty())
-        writeVectors(options.solution, outcome.answer.x);
-    std::fputs((options.json ? report.json() : report.text()).c_str(), stdout);
-    return outcome.trusted ? 0 : 1;
+        complete &= written([&] { writeVectors(options.solution, outcome.answer.x); });
+    complete &= standard::print("bla_solve", options.json ? report.json() : report.text()) == 0;
+    return outcome.trusted && complete ? 0 : 1;
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
+    standard::prepare();
     try {
         const Options options = parseOptions(argc, argv);
-        if (options.help) {
-            std::fputs(helpText, stdout);
-            return 0;
-        }
+        if (options.help)
+            return standard::print("bla_solve", helpText);
+        if (options.version)
+            return standard::print("bla_solve", "bla_solve " BLA_VERSION "\n");
         return run(options);
     } catch (const InputError& error) {
         std::fprintf(stderr, "bla_solve: %s\n", error.what());
