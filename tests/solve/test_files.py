@@ -5,6 +5,7 @@ import gzip
 import lzma
 import os
 import random
+import resource
 import time
 
 import runner
@@ -271,7 +272,8 @@ class Bad(runner.Case):
     def frugal(self, *arguments, says):
         with open(self.path("err"), "w+") as err:
             started = time.monotonic()
-            program = runner.subprocess.Popen([runner.PROGRAM, *arguments], cwd=self.folder, stderr=err)
+            program = runner.subprocess.Popen([runner.PROGRAM, *arguments], cwd=self.folder, stderr=err, preexec_fn=lambda: (
+                resource.setrlimit(resource.RLIMIT_AS, (1 << 33, 1 << 33))))
             _, status, usage = os.wait4(program.pid, 0)
             program.returncode = os.waitstatus_to_exitcode(status)
             seconds = time.monotonic() - started

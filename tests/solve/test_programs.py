@@ -3,6 +3,7 @@
 import json
 import os
 import pty
+import re
 import resource
 import shutil
 import stat
@@ -11,6 +12,8 @@ import subprocess
 import runner
 
 INFO = os.environ["BLA_INFO"]
+with open(os.path.join(runner.SOURCE, "CMakeLists.txt")) as project:
+    VERSION = re.search(r"project\(.* VERSION (\S+)", project.read())[1]
 MATRIX = "%%MatrixMarket matrix coordinate real symmetric\n2 2 3\n1 1 2\n2 1 1\n2 2 2\n"
 BEAM = ("--mesh", "2x1x1")
 
@@ -247,7 +250,7 @@ class Version(Case):
         for program in (runner.PROGRAM, INFO):
             done = self.start(program, "--version")
             self.assertEqual((done.returncode, done.stderr), (0, ""))
-            self.assertEqual(done.stdout, f"{os.path.basename(program)} {os.environ['BLA_VERSION']}\n")
+            self.assertEqual(done.stdout, f"{os.path.basename(program)} {VERSION}\n")
             self.assertIn("--version", self.start(program, "--help").stdout)
 
 
