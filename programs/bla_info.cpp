@@ -138,7 +138,7 @@ int main(int argc, char** argv)
             return standard::print("bla_info", help);
         if (!std::strcmp(argv[i], "--version"))
             return standard::print("bla_info", "bla_info " BLA_VERSION "\n");
-        if (std::strcmp(argv[i], "--json")) {
+        if (std::strcmp(argv[i], "--json") != 0) {
             std::fprintf(stderr, "bla_info: what is '%s'? See --help.\n", argv[i]);
             return 2;
         }

@@ -62,6 +62,12 @@ Problem readProblem(const Options& options)
     return problem;
 }
 
+void keepInput(const std::string& input, const std::string& output)
+{
+    if (sameFile(output, input))
+        throw InputError(output + ": the output would overwrite the input " + input);
+}
+
 // Before any work: every output can be written, and is none of the inputs.
 void checkOutputs(const Options& options)
 {
@@ -69,8 +75,7 @@ void checkOutputs(const Options& options)
         if (output.empty())
             continue;
         for (const std::string& input : {options.matrix, options.rhsFile()})
-            if (sameFile(output, input))
-                throw InputError(output + ": the output would overwrite the input " + input);
+            keepInput(input, output);
         checkWritable(output);
     }
     if (options.matrix.empty() && !options.solution.empty() && samePlace(options.solution, options.vtk))

@@ -41,8 +41,9 @@ output
   --version         the version of the program
   --help            this text
 
-Output files appear whole or not at all, and never take the place of an input file. Devices, pipes and /dev/stdout are
-written straight.
+A matrix is real, general, symmetric or skew-symmetric, coordinate or array; exponents may be Fortran's
+(1.0D+00). A compressed file is to be unpacked first. An output file appears whole or not at all, and
+never takes the place of an input file; devices, pipes and /dev/stdout are written straight.
 
 exit status
   0  solved
