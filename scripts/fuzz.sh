@@ -19,7 +19,9 @@ BLA_TARGETS="libfuzzer_kernels libfuzzer_matrix_market" build "$directory" -DCMA
     -DBLA_BUILD_PROGRAMS=OFF -DBLA_BUILD_EXAMPLES=OFF -DBLA_BUILD_TESTS=ON -DBLA_FUZZERS=ON
 for target in $targets; do
     mkdir -p "$directory/corpus/$target"
-    OPENBLAS_NUM_THREADS=1 "$directory/bin/libfuzzer_$target" -max_total_time="$seconds" -max_len="$([ "$target" = kernels ] && echo 512 || echo 2048)" \
+    longest=512
+    [ "$target" = kernels ] || longest=2048
+    OPENBLAS_NUM_THREADS=1 "$directory/bin/libfuzzer_$target" -max_total_time="$seconds" -max_len=$longest \
         -rss_limit_mb=4096 -print_final_stats=1 -artifact_prefix="finding-$target-" \
         "$directory/corpus/$target" "tests/fuzz/corpus/$target" \
         2>&1 | grep -vE 'NEW|REDUCE|pulse|RELOAD'

@@ -23,7 +23,7 @@ void refuseInfinite(const TextFile& text, const std::vector<double>& values)
 
 SparseMatrix readMatrix(const std::string& path)
 {
-    const TextFile text = loadText(path);
+    const TextFile text = loadText(path, "%%");
     Lines lines(text.content);
     const Header header = readHeader(text, lines, {"the matrix", ""});
     if (header.rows != header.columns)
@@ -53,7 +53,7 @@ SparseMatrix readMatrix(const std::string& path)
 
 Vectors readVectors(const std::string& path, int n)
 {
-    const TextFile text = loadText(path);
+    const TextFile text = loadText(path, "%%");
     Lines lines(text.content);
     const Header header =
         readHeader(text, lines,

@@ -48,18 +48,22 @@ std::string shown(std::string_view piece)
     return piece.size() > most ? result + "..." : result;
 }
 
-TextFile loadText(const std::string& path)
+TextFile loadText(const std::string& path, std::string_view begins)
 {
     TextFile text{path, {}};
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
     if (!file)
         refuse(text, 0, std::strerror(errno));
     struct stat status;
-    if (fstat(fileno(file.get()), &status) == 0 && S_ISREG(status.st_mode))
-        text.content.reserve(static_cast<std::size_t>(status.st_size)); // a pipe grows as it comes
+    const bool sized = fstat(fileno(file.get()), &status) == 0 && S_ISREG(status.st_mode); // else as it comes
     char block[1 << 16];
-    for (std::size_t got; (got = std::fread(block, 1, sizeof block, file.get())) > 0;)
+    for (std::size_t got; (got = std::fread(block, 1, sizeof block, file.get())) > 0;) {
         text.content.append(block, got);
+        if (!text.content.starts_with(begins))
+            break; // whatever it is, it may be without end
+        if (sized)
+            text.content.reserve(static_cast<std::size_t>(status.st_size));
+    }
     if (std::ferror(file.get()))
         refuse(text, 0, std::strerror(errno));
     if (text.content.empty())

@@ -12,9 +12,9 @@ struct TextFile
     std::string content;
 };
 
-// The whole file. Throws InputError where there is none, where it is empty, and where its first bytes are
-// those of a compressed file or of a byte-order mark.
-TextFile loadText(const std::string& path);
+// The whole file, if it begins with `begins`; else its beginning. Throws InputError where there is none,
+// where it is empty, and where its first bytes are those of a compressed file or of a byte-order mark.
+TextFile loadText(const std::string& path, std::string_view begins);
 
 // Throws InputError: one line with the file, the line (0: the file as a whole) and what is wrong.
 [[noreturn]] void refuse(const TextFile& text, std::int64_t line, const std::string& what);

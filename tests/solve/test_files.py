@@ -263,6 +263,7 @@ class Bad(runner.Case):
                            (BANNER + "array real symmetric\n2000000000 2000000000\n1\n", "truncated"),
                            (GENERAL + "99999 99999 99998\n" + "1 1 1\n" * 99998, "structurally singular")):
             self.frugal(self.write("bad.mtx", text), says=["bad.mtx", says])
+        self.frugal("/dev/zero", says=["/dev/zero", "not a Matrix Market file"])
         a = self.write("a.mtx", SMALL)
         for text, says in ((BANNER + "array real general\n3 2000000000\n1\n2\n3\n", "truncated"),
                            (GENERAL + "3 2000000000 1\n1 1 1\n", "2000000000 columns, but 1 entries"),
