@@ -104,6 +104,7 @@ void bla_solver::factorise(const double* value)
     report("factorising", 0.0);
     const BlasThreads threads(options.threads);
     auto made = std::make_unique<Numbers>();
+    made->threads = blaC_get_num_threads();
     {
         const SparseMatrix a = rows->matrix(value);
         made->equilibrated =
@@ -234,6 +235,7 @@ void bla_solver::refine(const double* value, int columns, const double* b, std::
             boundError(scaled, right, refined.x, numbers->equilibrated.column, factorised);
         worst.residual = std::max(worst.residual, refined.residual);
         worst.error = std::max(worst.error, bound.forward());
+        told->condition = std::max(told->condition, bound.cond1 + bound.cond2);
         told->backwardError = std::max(told->backwardError, refined.backward.sum());
         told->steps = std::max(told->steps, refined.steps);
     }

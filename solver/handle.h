@@ -36,6 +36,7 @@ struct Numbers
     Equilibrated equilibrated; // its matrix without values
     std::unique_ptr<Factor> factor;
     bool shifted = false;
+    int threads = 0;
     UnheldMotions unheld;
     std::vector<int> replaced; // ascending
     double seconds = 0.0, secondsSolve = -1.0;
@@ -47,7 +48,7 @@ struct Answer
     Evidence evidence;
     std::string verdict;
     int steps = 0;
-    double backwardError = 0.0, seconds = 0.0;
+    double backwardError = 0.0, condition = 0.0, seconds = 0.0;
 };
 
 struct bla_solver
