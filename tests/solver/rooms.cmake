@@ -1,9 +1,5 @@
 # SPDX-License-Identifier: BSD-3-Clause
 # The solver's rooms one by one: equilibration, matching, one front, assembly, the whole factorisation.
-if(NOT BLA_BUILD_PROGRAMS)
-    add_skipped_tests("built without the solver" solver.rooms)
-    return()
-endif()
 add_executable(solver_room_tests
     ${CMAKE_CURRENT_LIST_DIR}/extend_add_test.cpp
     ${CMAKE_CURRENT_LIST_DIR}/factorisation_test.cpp
