@@ -136,29 +136,11 @@ std::vector<char> zeroDiagonal(const SparseMatrix& a)
     return zero;
 }
 
-// A matrix, its analysis and its factor: all that a test has to do with how these are made.
-struct System
+Analysis analysed(const SparseMatrix& a)
 {
-    const SparseMatrix& a;
-    Analysis analysis;
-    Factor factor;
-
-    System(const System&) = delete;
-    explicit System(const SparseMatrix& matrix)
-        : a(matrix), analysis(matrix.symmetric ? analyse(matrix, zeroDiagonal(matrix))
-                                               : analyse(symmetrisedPattern(matrix, transposed(matrix)),
-                                                         std::vector<char>(matrix.n, 0))),
-          factor(analysis, matrix.symmetric)
-    {
-    }
-
-    // `values` has the pattern of the matrix.
-    void factorise(const SparseMatrix& values, const PivotRule& rule, const Progress& progress = nullptr)
-    {
-        factor.factorise(values, rule, progress);
-    }
-    void factorise(const PivotRule& rule) { factorise(a, rule); }
-};
+    return a.symmetric ? analyse(a, zeroDiagonal(a))
+                       : analyse(symmetrisedPattern(a, transposed(a)), std::vector<char>(a.n, 0));
+}
 
 Vectors drawn(int n, int columns, std::mt19937_64& random)
 {
@@ -212,9 +194,9 @@ TEST_P(Factorisations, SolveForAnyNumberOfRightHandSides)
         for (int n : Sizes) {
             SCOPED_TRACE(::testing::Message() << kind.name << " of " << n);
             const SparseMatrix a = matrixOf(kind.edges(n), n, GetParam(), random);
-            System system(a);
-            Factor& factor = system.factor;
-            system.factorise(Replace);
+            const Analysis analysis = analysed(a);
+            Factor factor(analysis, a.symmetric);
+            factor.factorise(a, Replace, nullptr);
             EXPECT_EQ(factor.treated(), 0);
             for (int columns = 1; columns <= 9; ++columns) {
                 const Vectors b = drawn(n, columns, random);
@@ -222,7 +204,7 @@ TEST_P(Factorisations, SolveForAnyNumberOfRightHandSides)
                 factor.solve(x);
                 ASSERT_EQ(wrongRows(a, x, b), NoRows) << columns << " right-hand sides";
             }
-            EXPECT_EQ(factor.flops(), a.symmetric ? system.analysis.flops : 2.0 * system.analysis.flops);
+            EXPECT_EQ(factor.flops(), a.symmetric ? analysis.flops : 2.0 * analysis.flops);
             if (HasFailure())
                 return;
         }
@@ -234,10 +216,10 @@ TEST_P(Factorisations, OfLargeFrontsSolve)
     for (const Kind& kind : {Kind{"dense", dense}, Kind{"grid", grid}}) {
         const int n = kind.edges == dense ? 400 : 5000;
         const SparseMatrix a = matrixOf(kind.edges(n), n, GetParam(), random);
-        System system(a);
-        Factor& factor = system.factor;
+        const Analysis analysis = analysed(a);
+        Factor factor(analysis, a.symmetric);
         for (double shift : {0.0, 0x1p-26}) {
-            system.factorise({1e-14, shift, 0});
+            factor.factorise(a, {1e-14, shift, 0}, nullptr);
             const Vectors b = drawn(n, 2, random);
             Vectors x = b;
             factor.solve(x);
@@ -258,10 +240,10 @@ TEST_P(Factorisations, CountTheSignsOfTheirPivots)
             for (int i = 0; i < n; ++i)
                 for (auto p = a.start[i]; p < a.start[i + 1]; ++p)
                     negative += a.column[p] == i && a.value[p] < 0.0;
-            System system(a);
-            Factor& factor = system.factor;
+            const Analysis analysis = analysed(a);
+            Factor factor(analysis, a.symmetric);
             for (double shift : {0.0, 0x1p-26}) {
-                system.factorise({1e-14, shift, 0});
+                factor.factorise(a, {1e-14, shift, 0}, nullptr);
                 EXPECT_EQ(factor.negative(), negative) << kind.name << " of " << n;
                 EXPECT_EQ(factor.positive(), n - negative) << kind.name << " of " << n;
                 EXPECT_EQ(factor.treated(), 0) << kind.name << " of " << n;
@@ -278,14 +260,15 @@ TEST_P(Factorisations, TakeNewValuesAndAnotherRule)
     SparseMatrix other = a;
     for (double& x : other.value)
         x *= 1.5;
-    System used(a), fresh(a);
-    used.factorise({1e-14, 0x1p-26, 3});
-    used.factorise(other, Replace);
-    fresh.factorise(other, Replace);
+    const Analysis analysis = analysed(a);
+    Factor used(analysis, a.symmetric), fresh(analysis, a.symmetric);
+    used.factorise(a, {1e-14, 0x1p-26, 3}, nullptr);
+    used.factorise(other, Replace, nullptr);
+    fresh.factorise(other, Replace, nullptr);
     const Vectors b = drawn(200, 2, draws);
     Vectors x = b, y = b;
-    used.factor.solve(x);
-    fresh.factor.solve(y);
+    used.solve(x);
+    fresh.solve(y);
     EXPECT_EQ(x.value, y.value);
     EXPECT_EQ(wrongRows(other, x, b), NoRows);
 }
@@ -294,8 +277,9 @@ TEST_P(Factorisations, TellHowFarTheyAre)
 {
     auto random = generator(85);
     const SparseMatrix a = matrixOf(grid(300), 300, GetParam(), random);
+    const Analysis analysis = analysed(a);
     std::vector<double> shares;
-    System(a).factorise(a, Replace, [&](double share) { shares.push_back(share); });
+    Factor(analysis, a.symmetric).factorise(a, Replace, [&](double share) { shares.push_back(share); });
     ASSERT_FALSE(shares.empty());
     EXPECT_TRUE(std::is_sorted(shares.begin(), shares.end()));
     EXPECT_GT(shares.front(), 0.0);
@@ -332,9 +316,9 @@ TEST_P(Factorisations, ReplaceTinyPivotsWhichTakesTheirUnknownsOut)
     auto random = generator(86);
     const double tolerance = 0x1p-20;
     const Isolated s = isolated(GetParam(), tolerance, random);
-    System system(s.a);
-    Factor& factor = system.factor;
-    system.factorise({tolerance, 0.0, 0});
+    const Analysis analysis = analysed(s.a);
+    Factor factor(analysis, s.a.symmetric);
+    factor.factorise(s.a, {tolerance, 0.0, 0}, nullptr);
     EXPECT_EQ(factor.treated(), 5);
     EXPECT_EQ(factor.positive() + factor.negative(), s.a.n - 5);
     const Vectors b = drawn(s.a.n, 1, random);
@@ -357,9 +341,9 @@ TEST_P(Factorisations, ShiftTinyPivotsToTheSideOfTheirDiagonalEntry)
     auto random = generator(87);
     const double tolerance = 0x1p-20, shift = 0x1p-10;
     const Isolated s = isolated(GetParam(), tolerance, random);
-    System system(s.a);
-    Factor& factor = system.factor;
-    system.factorise({tolerance, shift, 0});
+    const Analysis analysis = analysed(s.a);
+    Factor factor(analysis, s.a.symmetric);
+    factor.factorise(s.a, {tolerance, shift, 0}, nullptr);
     EXPECT_EQ(factor.treated(), 5);
     std::vector<double> shifts(s.a.n, 0.0);
     for (std::size_t i = 0; i < s.diagonal.size(); ++i) {
@@ -401,9 +385,9 @@ TEST(SymmetricFactorisation, HoldsEveryFreePieceOfAStructureOnce)
                 pieces += piece[i] == i;
             SparseMatrix a = fromTriplets(n, entries);
             a.symmetric = true;
-            System system(a);
-            Factor& factor = system.factor;
-            system.factorise({1e-10, 0.0, 0});
+            const Analysis analysis = analysed(a);
+            Factor factor(analysis, true);
+            factor.factorise(a, {1e-10, 0.0, 0}, nullptr);
             EXPECT_EQ(factor.treated(), pieces);
             EXPECT_EQ(factor.positive(), n - pieces);
             auto random = generator(88);
@@ -429,9 +413,9 @@ TEST(SymmetricFactorisation, ShiftsTheFirstOfTwoUnknownsThatOnlyHoldEachOther)
     const double shift = 0x1p-6;
     SparseMatrix a = fromTriplets(4, {{0, 1, 2.0}, {1, 0, 2.0}, {2, 3, -1.0}, {3, 2, -1.0}});
     a.symmetric = true;
-    System system(a);
-    Factor& factor = system.factor;
-    system.factorise({1e-14, shift, 0});
+    const Analysis analysis = analysed(a);
+    Factor factor(analysis, true);
+    factor.factorise(a, {1e-14, shift, 0}, nullptr);
     EXPECT_EQ(factor.treated(), 2);
     EXPECT_EQ(factor.positive(), 2); // 0 - h*h/(-shift)
     EXPECT_EQ(factor.negative(), 0);
