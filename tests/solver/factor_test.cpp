@@ -87,7 +87,9 @@ TEST(Scaling, EntersAndLeavesTransposed)
         analyse(symmetrisedPattern(e.matrix, transposed(e.matrix)), std::vector<char>(n, 0));
     Factor factor(analysis, false);
     factor.factorise(e.matrix, {1e-14, 0.0, 0}, {});
-    const Vectors x = problems::ones(n);
+    Vectors x(n, 1);
+    for (double& value : x.value)
+        value = support::ordinary(random);
     Vectors y = problems::product(at, x);
     e.enterTransposed(y);
     factor.solve(y, true);

@@ -136,3 +136,25 @@ TEST(Unsupported, ASingularUnsymmetricMatrixIsExplainedToo)
     EXPECT_GT(moved.unheld.unreachable, 1e-3);
     EXPECT_LT(carried.unheld.unreachable, 1e-12);
 }
+
+TEST(Unsupported, SoftIsNotUnheld)
+{
+    const SparseMatrix a = problems::sparse(4, {1, 0, 0, 0, 0, 1e-9, 0, 0, 0, 0, 0, 0, 0, 0, 0, 2});
+    const std::vector<TreatedPivot> treated = {{1, 0x1p-26}, {2, -0x1p-26}};
+    const Apply solve = [](Vectors& x) {
+        for (int j = 0; j < x.columns; ++j) {
+            x.column(j)[1] /= 1e-9 + 0x1p-26;
+            x.column(j)[2] /= -0x1p-26;
+            x.column(j)[3] /= 2.0;
+        }
+    };
+    Vectors b = problems::ones(4);
+    b.value[2] = 0.0;
+    const UnheldMotions carried = findUnheldMotions(a, b, treated, {solve, solve, true});
+    EXPECT_EQ(carried.count, 1);
+    EXPECT_EQ(carried.unknowns, std::vector<int>{2});
+    EXPECT_EQ(carried.unreachable, 0.0);
+    const UnheldMotions moved = findUnheldMotions(a, problems::ones(4), treated, {solve, solve, true});
+    EXPECT_NEAR(moved.unreachable, 0.5, 1e-12);
+    EXPECT_EQ(findUnheldMotions(a, b, {}, {solve, solve, true}).count, 0);
+}
