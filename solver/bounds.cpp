@@ -48,8 +48,6 @@ Scales scalesOf(const SparseMatrix& a, const Vectors& b, const Vectors& x, const
 // M is A for the purpose of an estimate where it finds known solutions again this well.
 constexpr double small = 0x1p-7;
 constexpr int refinements = 20;
-// A factor that needs more than these is not a good one.
-constexpr int few = 5;
 
 // Random signs and sizes from 1/2 to 1.
 Vectors known(int n)
@@ -128,12 +126,12 @@ bool Recovery::better(const Recovery& other) const
     return regular() && (!other.regular() || residual < other.residual);
 }
 
-Recovery recover(const SparseMatrix& a, const Apply& solve)
+Recovery recover(const SparseMatrix& a, const Apply& solve, int maxSteps)
 {
     const Vectors w = known(a.n);
     Vectors b(a.n, 1);
     multiply(a, w.value.data(), b.value.data(), 1);
-    const Refined refined = solveRefined(a, b, solve, few);
+    const Refined refined = solveRefined(a, b, solve, maxSteps);
     return {distance(refined.x, w), refined.residual};
 }
 

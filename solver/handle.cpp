@@ -19,6 +19,9 @@ namespace {
 constexpr double pivotShift = 0x1p-26;
 // What counts as tiny then: whatever the shift surely moves away from zero, to half of itself at least.
 constexpr double shiftTolerance = pivotShift / 2;
+// Steps of refinement: a factor that needs more than a few is not a good one, and the best there is may need
+// many.
+constexpr int few = 5, many = 20;
 // Right-hand sides that are copied and solved for at a time.
 constexpr int blockColumns = 64;
 
@@ -161,11 +164,11 @@ void bla_solver::factoriseWell(Factor& factor, Numbers& made) const
     const Factorised inverse{[&](Vectors& x) { factor.solve(x); }, [&](Vectors& x) { factor.solve(x, true); },
                              true};
     try {
-        const Recovery first = recover(a, inverse.solve);
+        const Recovery first = recover(a, inverse.solve, few);
         if (first.good())
             return;
         run(shifting, "factorising with shifted pivots");
-        const Recovery second = recover(a, inverse.solve);
+        const Recovery second = recover(a, inverse.solve, many);
         if (!second.regular())
             made.unheld = findUnheldMotions(a, factor.treatedPivots(), inverse);
         if (second.better(first))

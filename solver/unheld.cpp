@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <functional>
 
 namespace {
 
@@ -18,22 +17,13 @@ constexpr double firstOrder = 0x1p-26;
 constexpr int mostPivots = 256;
 constexpr std::int64_t mostEntries = std::int64_t{1} << 26;
 
-// (A + E*S*E^T)^-1*E, refined: the rounding errors of a large elimination would pass for stiffness.
-Vectors responses(const SparseMatrix& a, const std::vector<TreatedPivot>& treated, const Apply& apply)
+// M^-1*E
+Vectors responses(int n, const std::vector<TreatedPivot>& treated, const Apply& apply)
 {
-    const int t = static_cast<int>(treated.size());
-    Vectors w(a.n, t), r(a.n, t);
-    for (int step = 0; step < 3; ++step) {
-        multiply(a, w.value.data(), r.value.data(), t);
-        for (int j = 0; j < t; ++j) {
-            std::transform(r.column(j), r.column(j) + a.n, r.column(j), std::negate<>());
-            for (const auto& [unknown, shift] : treated)
-                r.column(j)[unknown] -= shift * w.column(j)[unknown];
-            r.column(j)[treated[j].unknown] += 1.0;
-        }
-        apply(r);
-        std::transform(w.value.begin(), w.value.end(), r.value.begin(), w.value.begin(), std::plus<>());
-    }
+    Vectors w(n, static_cast<int>(treated.size()));
+    for (int j = 0; j < w.columns; ++j)
+        w.column(j)[treated[j].unknown] = 1.0;
+    apply(w);
     return w;
 }
 
@@ -157,10 +147,10 @@ UnheldMotions findUnheldMotions(const SparseMatrix& a, const std::vector<Treated
     const int t = static_cast<int>(treated.size());
     if (t == 0 || t > mostPivots || std::int64_t{t} * a.n > mostEntries)
         return motions;
-    Vectors right = responses(a, treated, m.solve);
+    Vectors right = responses(a.n, treated, m.solve);
     if (!orthonormalise(right))
         return motions;
-    Vectors left = a.symmetric ? right : responses(transposed(a), treated, m.solveTransposed);
+    Vectors left = a.symmetric ? right : responses(a.n, treated, m.solveTransposed);
     if (!a.symmetric && !orthonormalise(left))
         return motions;
     Vectors image(a.n, t);

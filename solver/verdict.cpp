@@ -57,9 +57,11 @@ std::string doubtfulVerdict(const Evidence& e)
 
 Quality judge(const Evidence& e)
 {
-    if (!(e.residual <= solvedResidual) || e.unreachable > outOfReach)
+    if (!std::isfinite(e.residual) || e.unreachable > outOfReach)
         return Quality::unsolved;
-    return digits(e) >= 1.0 ? Quality::trusted : Quality::doubtful;
+    if (digits(e) >= 1.0) // the bound knows of the residual, too
+        return Quality::trusted;
+    return e.residual <= solvedResidual ? Quality::doubtful : Quality::unsolved;
 }
 
 std::string verdict(const Evidence& e)

@@ -87,7 +87,9 @@ TEST(Scaling, EntersAndLeavesTransposed)
     Planned planned(e.matrix);
     Factor& factor = planned.factor;
     factor.factorise(e.matrix.value.data(), {1e-14, 0.0, 0}, {});
-    const Vectors x = problems::ones(n);
+    Vectors x(n, 1);
+    for (double& value : x.value)
+        value = support::ordinary(random);
     Vectors y = problems::product(at, x);
     e.enterTransposed(y);
     factor.solve(y, true);

@@ -203,16 +203,20 @@ double relativeError(const Vectors& x, const Vectors& y)
 
 Vectors exactSolution(int n, const Dense& a, const Vectors& b)
 {
+    const auto lessModulus = [](long double x, long double y) { return std::fabs(x) < std::fabs(y); };
     std::vector<std::vector<long double>> row(n);
     for (int i = 0; i < n; ++i) {
         for (int j = 0; j < n; ++j)
             row[i].push_back(a[i + static_cast<std::size_t>(n) * j]);
         row[i].push_back(b.value[i]);
+        const long double largest = *std::max_element(row[i].begin(), row[i].end() - 1, lessModulus);
+        for (long double& value : row[i])
+            value /= largest; // so that exchanges compare what can be compared
     }
     for (int k = 0; k < n; ++k) {
         std::iter_swap(row.begin() + k,
-                       std::max_element(row.begin() + k, row.end(), [k](const auto& x, const auto& y) {
-                           return std::fabs(x[k]) < std::fabs(y[k]);
+                       std::max_element(row.begin() + k, row.end(), [&](const auto& x, const auto& y) {
+                           return lessModulus(x[k], y[k]);
                        }));
         for (int i = k + 1; i < n; ++i) {
             const long double factor = row[i][k] / row[k][k];

@@ -2,6 +2,7 @@
 // Structures without supports: the verdict names the motions that nothing holds.
 #include "problems.h"
 #include "refine.h"
+#include "unheld.h"
 
 #include <gtest/gtest.h>
 
@@ -136,4 +137,25 @@ TEST(Unsupported, ASingularUnsymmetricMatrixIsExplainedToo)
     EXPECT_TRUE(contains(carried.verdict, "one of many answers")) << carried.verdict;
     const problems::Outcome moved = problems::solved(a, x, problems::How{false});
     EXPECT_TRUE(contains(moved.verdict, "NOT SOLVED")) << moved.verdict;
+}
+
+TEST(Unsupported, SoftIsNotUnheld)
+{
+    const SparseMatrix a = problems::sparse(4, {1, 0, 0, 0, 0, 1e-9, 0, 0, 0, 0, 0, 0, 0, 0, 0, 2});
+    const std::vector<TreatedPivot> treated = {{1, 0x1p-26}, {2, -0x1p-26}};
+    const Apply solve = [](Vectors& x) {
+        for (int j = 0; j < x.columns; ++j) {
+            x.column(j)[1] /= 1e-9 + 0x1p-26;
+            x.column(j)[2] /= -0x1p-26;
+            x.column(j)[3] /= 2.0;
+        }
+    };
+    const UnheldMotions motions = findUnheldMotions(a, treated, {solve, solve, true});
+    EXPECT_EQ(motions.count, 1);
+    EXPECT_EQ(motions.unknowns, std::vector<int>{2});
+    Vectors b = problems::ones(4);
+    EXPECT_NEAR(unreachable(motions, b), 0.5, 1e-12);
+    b.value[2] = 0.0;
+    EXPECT_EQ(unreachable(motions, b), 0.0);
+    EXPECT_EQ(findUnheldMotions(a, {}, {solve, solve, true}).count, 0);
 }

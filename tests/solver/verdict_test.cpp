@@ -27,7 +27,9 @@ TEST(Verdict, FollowsFromTheBound)
     for (double error : {0.11, 1.0, HUGE_VAL, std::nan("")})
         EXPECT_EQ(verdict(evidence(1e-16, error)),
                   "NOT TO BE TRUSTED: so ill-conditioned that no digit is certain");
-    for (double residual : {1e-11, HUGE_VAL, std::nan("")})
+    EXPECT_EQ(judge(evidence(1e-11, 1e-5)), Quality::trusted);
+    EXPECT_EQ(judge(evidence(1e-11, 0.11)), Quality::unsolved);
+    for (double residual : {HUGE_VAL, std::nan("")})
         EXPECT_EQ(judge(evidence(residual, 1e-10)), Quality::unsolved);
 }
 
