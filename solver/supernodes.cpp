@@ -14,17 +14,13 @@ struct Group
     double zeros;
 };
 
-// Fundamental: a vertex joins its only child if its column is the child's without the child.
-std::vector<Group> fundamental(const Graph& graph, const Elimination& e, std::vector<std::int32_t>& groupOf)
+// A vertex joins the one before it if that is its child and its column is the child's without the child.
+std::vector<Group> nested(const Graph& graph, const Elimination& e, std::vector<std::int32_t>& groupOf)
 {
-    std::vector<std::int32_t> children(graph.n, 0);
-    for (std::int32_t parent : e.parent)
-        if (parent >= 0)
-            ++children[parent];
     std::vector<Group> groups;
     groupOf.resize(graph.n);
     for (std::int32_t j = 0; j < graph.n; ++j) {
-        const bool joins = j > 0 && e.order[j] != graph.kept && e.parent[j - 1] == j && children[j] == 1 &&
+        const bool joins = j > 0 && e.order[j] != graph.kept && e.parent[j - 1] == j &&
                            e.count[j - 1] == e.count[j] + graph.weight(e.order[j - 1]);
         if (!joins)
             groups.push_back({-1, 0, e.count[j], 0.0});
@@ -167,7 +163,7 @@ std::vector<std::int32_t> postorderOf(const Children& children)
 Supernodes supernodes(const Graph& graph, const Elimination& elimination)
 {
     std::vector<std::int32_t> groupOf;
-    std::vector<Group> groups = fundamental(graph, elimination, groupOf);
+    std::vector<Group> groups = nested(graph, elimination, groupOf);
     const std::vector<std::int32_t> into =
         amalgamate(groups, graph.kept < 0 ? -1 : groupOf[elimination.place[graph.kept]]);
     Children children(groups, into);

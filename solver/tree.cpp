@@ -52,7 +52,7 @@ class Counts
 {
 public:
     Counts(const Graph& graph, const Elimination& e)
-        : e_(e), count_(graph.n, 0), lastLeaf_(graph.n, -1), set_(graph.n), low_(graph.n)
+        : count_(graph.n, 0), lastLeaf_(graph.n, -1), set_(graph.n), low_(graph.n)
     {
         std::vector<char> hasChild(graph.n, 0);
         for (std::int32_t j = 0; j < graph.n; ++j) {
@@ -111,7 +111,6 @@ private:
         return top;
     }
 
-    const Elimination& e_;
     std::vector<std::int32_t> count_;    // first the differences, then their sums over subtrees
     std::vector<std::int32_t> lastLeaf_; // of each row
     std::vector<std::int32_t> set_;
