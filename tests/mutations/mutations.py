@@ -66,6 +66,8 @@ MUTATIONS = [
      "= factor == 0.0 ? 0.0 : from[i] * factor;", KERNELS),
     ("the fixed threshold itself is accepted", SOURCE + "blaC_copydiag.cpp", "value > pivot::Tiny", "value >= pivot::Tiny",
      KERNELS),
+    ("the reciprocal of 1e36 is rounded as the caller rounds", SOURCE + "blaC_copydiag.cpp",
+     "select(value, 1.0 / p, pivot::Tiny)", "1.0 / p", ("kernel_tests", "--gtest_filter=CopyDiag.*")),
     ("one more row is cleared", PRIVATE + "clear_lower.h", "clear(n - j, a + j * a_step + j)",
      "clear(j > 0 ? n - j + 1 : n, a + j * a_step + (j > 0 ? j - 1 : 0))", KERNELS),
     ("three of fifteen rows are not cleared", PRIVATE + "clear_lower.h", "part > 0; part /= 2", "part > 2; part /= 2",

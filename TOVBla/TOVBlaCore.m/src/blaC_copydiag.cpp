@@ -2,22 +2,25 @@
 // d(i) := A(i,i), dinv(i) := 1/d(i); a tiny pivot, |A(i,i)| <= 1e-36 or NaN, gives d(i) = 1e36 and dinv(i) =
 // 1e-36.
 //
-// 1e-36 is the rounded reciprocal of 1e36, so one division serves both cases. For vectors the two-sided
-// strict test is written as two selections: with `exceeds` the compiler makes none.
+// The 1e-36 is a constant: the quotient 1/1e36 would round with the caller's rounding mode. For vectors the
+// two-sided strict test is written as two selections: with `exceeds` the compiler makes none.
 #include "pivot.h"
 #include "tiers.h"
 
-static_assert(1.0 / pivot::Huge == pivot::Tiny);
+BLA_BODY double select(double value, double kept, double replaced)
+{
+    const double positive = value > pivot::Tiny ? kept : replaced;
+    return -pivot::Tiny > value ? kept : positive;
+}
 
 BLA_BODY void copy_pivots(int64_t order, const real* a, int64_t step, real* d, real* dinv)
 {
     BLA_NO_OVERLAP
     for (int64_t i = 0; i < order; ++i) {
         const double value = a[i * step];
-        const double positive = value > pivot::Tiny ? value : pivot::Huge;
-        const double p = -pivot::Tiny > value ? value : positive;
+        const double p = select(value, value, pivot::Huge);
         d[i] = p;
-        dinv[i] = 1.0 / p;
+        dinv[i] = select(value, 1.0 / p, pivot::Tiny);
     }
 }
 
