@@ -24,6 +24,7 @@ constexpr int Lanes = TIER_LANES, Strip = 8, Depth = 512;
 
 typedef double Vector __attribute__((vector_size(8 * Lanes), may_alias));
 typedef double UnalignedVector __attribute__((vector_size(8 * Lanes), aligned(1), may_alias));
+typedef int64_t Bits __attribute__((vector_size(8 * Lanes)));
 
 #define TILE_CODE [[gnu::always_inline, gnu::target(TIER_TARGET)]] inline
 
@@ -39,6 +40,23 @@ TILE_CODE void load(Tile<Rows, W>& t, const real* a, int64_t lda)
     constexpr int V = Rows / Lanes;
     for (int e = 0; e < W * V; ++e)
         t[e] = *reinterpret_cast<const UnalignedVector*>(a + e / V * lda + e % V * Lanes);
+}
+
+/// Clears what a tile that starts on the diagonal holds above it. That is the caller's undefined memory: a
+/// signalling NaN in it may pass a load and a mask, but no arithmetic.
+template <int Rows, int E = 0>
+TILE_CODE void clear_above(Tile<Rows, 4>& t)
+{
+    constexpr int V = Rows / Lanes, Row = E % V * Lanes, Column = E / V;
+#if TIER_LANES == 4
+    const Bits kept = {-(Row >= Column), -(Row + 1 >= Column), -(Row + 2 >= Column), -(Row + 3 >= Column)};
+#else
+    const Bits kept = {-(Row >= Column), -(Row + 1 >= Column)};
+#endif
+    if constexpr (Row < Column)
+        t[E] = reinterpret_cast<Vector>(reinterpret_cast<Bits>(t[E]) & kept);
+    if constexpr (E + 1 < 4 * V)
+        clear_above<Rows, E + 1>(t);
 }
 
 template <int Rows, int W>
@@ -237,6 +255,16 @@ struct Elimination
         subtract<Rows, W>(t, rows, at(first, j), lda, k - first);
     }
 
+    /// The same on the diagonal, i = j.
+    template <int Rows>
+    TILE_CODE void fetch_diagonal(Tile<Rows, 4>& t, int64_t i, int64_t k, const double* rows) const
+    {
+        load<Rows, 4>(t, at(i, i), lda);
+        if constexpr (Symmetric)
+            clear_above<Rows>(t);
+        subtract<Rows, 4>(t, rows, at(first, i), lda, k - first);
+    }
+
     template <int Rows, int W>
     TILE_CODE void below(int64_t i, int64_t j) const
     {
@@ -250,14 +278,14 @@ struct Elimination
     {
         Tile<Rows, 4> t;
         Tile<4, 4> half;
-        fetch<Rows, 4>(t, i, i, i, packed);
+        fetch_diagonal<Rows>(t, i, i, packed);
         block_of<Rows, 4, 0, 0>(t, half);
         pivots(i, half);
         if constexpr (Rows == 8) {
             block_of<8, 4, 4, 0>(t, half);
             finish_columns<4, 4>(half, i + 4, i, packed_column(i) + 4);
             if constexpr (Symmetric) {
-                fetch<4, 4>(half, i + 4, i + 4, i + 4, packed + 4);
+                fetch_diagonal<4>(half, i + 4, i + 4, packed + 4);
             } else {
                 fetch<8, 4>(t, i, i + 4, i, packed);
                 block_of<8, 4, 0, 0>(t, half);
@@ -277,13 +305,25 @@ struct Elimination
         finish_rows<Rows>(t, i, j);
     }
 
-    /// What later walks will go on with. Above the diagonal of a symmetric front that is of no account.
+    /// What later walks will go on with.
     template <int Rows>
     TILE_CODE void behind(int64_t i, int64_t j) const
     {
         Tile<Rows, 4> t;
         fetch<Rows, 4>(t, i, j, last, packed);
         store<Rows, 4>(t, at(i, j), lda);
+    }
+
+    /// The same on the diagonal of a symmetric front; the multipliers to come will overwrite what is above
+    /// it.
+    template <int Rows>
+    TILE_CODE void behind_diagonal(int64_t i, const double* rows) const
+    {
+        Tile<Rows, 4> t;
+        fetch_diagonal<Rows>(t, i, last, rows);
+        store<Rows, 4>(t, at(i, i), lda);
+        if constexpr (Rows == 8)
+            behind_diagonal<4>(i + 4, rows + 4);
     }
 
     /// Rows i.. of the front. A function of its own, for short fronts, on a copy that nothing stored can
@@ -310,8 +350,10 @@ struct Elimination
                 for (j = i + Rows; j < n; j += 4)
                     right<Rows>(i, j);
         } else {
-            for (; j < (Symmetric ? i + Rows : n); j += 4)
+            for (; j < (Symmetric ? i : n); j += 4)
                 behind<Rows>(i, j);
+            if constexpr (Symmetric)
+                behind_diagonal<Rows>(i, packed);
         }
     }
 };
