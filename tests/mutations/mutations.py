@@ -46,6 +46,8 @@ MUTATIONS = [
      "n - (beyond + Strip - 1) / Strip * Strip", "n - beyond", ("kernel_tests", "--gtest_filter=*OnLargeFronts*")),
     ("a tile is finished one pivot early", PRIVATE + "elimination_tiles.h", "if constexpr (K + 2 < W)",
      "if constexpr (K + 3 < W)", KERNELS),
+    ("what is above the diagonal enters the arithmetic", PRIVATE + "elimination_tiles.h",
+     "if constexpr (Symmetric)\n            clear_above<Rows>(t);", "", ("undefined_tests",)),
     # scaling and copies
     ("a column is divided by its pivot", SOURCE + "blaC_scale_low2.cpp",
      "scale_column(rows, a + 1, exceeds(pivot, pivot::Tiny) ? 1.0 / pivot : 0.0);",
@@ -67,7 +69,7 @@ MUTATIONS = [
     ("the fixed threshold itself is accepted", SOURCE + "blaC_copydiag.cpp", "value > pivot::Tiny", "value >= pivot::Tiny",
      KERNELS),
     ("the reciprocal of 1e36 is rounded as the caller rounds", SOURCE + "blaC_copydiag.cpp",
-     "select(value, 1.0 / p, pivot::Tiny)", "1.0 / p", ("kernel_tests", "--gtest_filter=CopyDiag.*")),
+     "(divisor == value ? 1.0 : pivot::Tiny) / divisor", "1.0 / (divisor == value ? value : pivot::Huge)", ("kernel_tests", "--gtest_filter=CopyDiag.*")),
     ("one more row is cleared", PRIVATE + "clear_lower.h", "clear(n - j, a + j * a_step + j)",
      "clear(j > 0 ? n - j + 1 : n, a + j * a_step + (j > 0 ? j - 1 : 0))", KERNELS),
     ("three of fifteen rows are not cleared", PRIVATE + "clear_lower.h", "part > 0; part /= 2", "part > 2; part /= 2",

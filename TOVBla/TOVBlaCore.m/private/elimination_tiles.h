@@ -24,7 +24,6 @@ constexpr int Lanes = TIER_LANES, Strip = 8, Depth = 512;
 
 typedef double Vector __attribute__((vector_size(8 * Lanes), may_alias));
 typedef double UnalignedVector __attribute__((vector_size(8 * Lanes), aligned(1), may_alias));
-typedef int64_t Bits __attribute__((vector_size(8 * Lanes)));
 
 #define TILE_CODE [[gnu::always_inline, gnu::target(TIER_TARGET)]] inline
 
@@ -43,18 +42,19 @@ TILE_CODE void load(Tile<Rows, W>& t, const real* a, int64_t lda)
 }
 
 /// Clears what a tile that starts on the diagonal holds above it. That is the caller's undefined memory: a
-/// signalling NaN in it may pass a load and a mask, but no arithmetic.
+/// signalling NaN in it may be loaded and shuffled, but not computed with.
 template <int Rows, int E = 0>
 TILE_CODE void clear_above(Tile<Rows, 4>& t)
 {
-    constexpr int V = Rows / Lanes, Row = E % V * Lanes, Column = E / V;
+    constexpr int V = Rows / Lanes, Row = E % V * Lanes, Column = E / V; // of vector E
+    constexpr int Cleared = Column - Row;                                // its first lanes
+    const Vector zero = {};
 #if TIER_LANES == 4
-    const Bits kept = {-(Row >= Column), -(Row + 1 >= Column), -(Row + 2 >= Column), -(Row + 3 >= Column)};
+    t[E] = __builtin_shufflevector(t[E], zero, Cleared > 0 ? 4 : 0, Cleared > 1 ? 5 : 1, Cleared > 2 ? 6 : 2,
+                                   Cleared > 3 ? 7 : 3);
 #else
-    const Bits kept = {-(Row >= Column), -(Row + 1 >= Column)};
+    t[E] = __builtin_shufflevector(t[E], zero, Cleared > 0 ? 2 : 0, Cleared > 1 ? 3 : 1);
 #endif
-    if constexpr (Row < Column)
-        t[E] = reinterpret_cast<Vector>(reinterpret_cast<Bits>(t[E]) & kept);
     if constexpr (E + 1 < 4 * V)
         clear_above<Rows, E + 1>(t);
 }

@@ -2,25 +2,21 @@
 // d(i) := A(i,i), dinv(i) := 1/d(i); a tiny pivot, |A(i,i)| <= 1e-36 or NaN, gives d(i) = 1e36 and dinv(i) =
 // 1e-36.
 //
-// The 1e-36 is a constant: the quotient 1/1e36 would round with the caller's rounding mode. For vectors the
-// two-sided strict test is written as two selections: with `exceeds` the compiler makes none.
+// One quotient serves both cases, 1/A(i,i) and 1e-36/1: the latter is exact, where 1/1e36 would round with
+// the caller's rounding mode. For vectors all is written as selections; with `exceeds` the compiler makes
+// none.
 #include "pivot.h"
 #include "tiers.h"
-
-BLA_BODY double select(double value, double kept, double replaced)
-{
-    const double positive = value > pivot::Tiny ? kept : replaced;
-    return -pivot::Tiny > value ? kept : positive;
-}
 
 BLA_BODY void copy_pivots(int64_t order, const real* a, int64_t step, real* d, real* dinv)
 {
     BLA_NO_OVERLAP
     for (int64_t i = 0; i < order; ++i) {
         const double value = a[i * step];
-        const double p = select(value, value, pivot::Huge);
-        d[i] = p;
-        dinv[i] = select(value, 1.0 / p, pivot::Tiny);
+        const double positive = value > pivot::Tiny ? value : 1.0;
+        const double divisor = -pivot::Tiny > value ? value : positive;
+        d[i] = divisor == value ? value : pivot::Huge;
+        dinv[i] = (divisor == value ? 1.0 : pivot::Tiny) / divisor;
     }
 }
 
