@@ -23,6 +23,8 @@ BLA_BODY void copy_pivots(int64_t order, const real* a, int64_t step, real* d, r
 BLA_TIERS_VRA(blac_copydiag_, (const int* n, const real* a, const int* lda, real* d, real* dinv),
               (n, a, lda, d, dinv))
 {
+    if (*n < 1)
+        return;
     const int64_t order = *n, diagonal_step = int64_t{*lda} + 1;
     if (order < 4) // not a vector
         for (int64_t i = 0; i < order; ++i) {

@@ -18,6 +18,8 @@ BLA_TIERS_VA(tovbla_vdnegaddi_,
               const int* incz),
              (n, x, incx, y, incy, z, incz))
 {
+    if (*n < 1)
+        return; // the increments are not read either
     walk(
         *n,
         [=](int64_t count, int64_t x_step, int64_t y_step, int64_t z_step) BLA_INLINED {
