@@ -23,16 +23,17 @@ BLA_BODY void copy_pivots(int64_t order, const real* a, int64_t step, real* d, r
 BLA_TIERS_VRA(blac_copydiag_, (const int* n, const real* a, const int* lda, real* d, real* dinv),
               (n, a, lda, d, dinv))
 {
-    if (*n < 1)
+    const int64_t order = *n;
+    if (order >= 4) // vectors
+        return Tier::apart([](auto... all) BLA_INLINED { copy_pivots(all...); }, order, a, int64_t{*lda} + 1,
+                           d, dinv);
+    if (order < 1)
         return;
-    const int64_t order = *n, diagonal_step = int64_t{*lda} + 1;
-    if (order < 4) // not a vector
-        for (int64_t i = 0; i < order; ++i) {
-            const double value = a[i * diagonal_step];
-            const bool kept = exceeds(value, pivot::Tiny);
-            d[i] = kept ? value : pivot::Huge;
-            dinv[i] = kept ? 1.0 / value : pivot::Tiny;
-        }
-    else
-        Tier::apart([](auto... all) BLA_INLINED { copy_pivots(all...); }, order, a, diagonal_step, d, dinv);
+    const int64_t diagonal_step = int64_t{*lda} + 1;
+    for (int64_t i = 0; i < order; ++i) {
+        const double value = a[i * diagonal_step];
+        const bool kept = exceeds(value, pivot::Tiny);
+        d[i] = kept ? value : pivot::Huge;
+        dinv[i] = kept ? 1.0 / value : pivot::Tiny;
+    }
 }
