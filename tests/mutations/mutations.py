@@ -112,6 +112,12 @@ MUTATIONS = [
      "p.beta, p.c,\n           p.ldc, 1, 1);", "p.beta, p.c,\n           p.ldc, 1, 2);", ("call_tests",)),
     ("the last block of a trapezoid is one panel wide", PRIVATE + "lower_trapezoid.h", "product(j, &rem, &rem);",
      "product(j, &rem, nb);", KERNELS),
+    ("the count of blocks is formed in 32 bits", PRIVATE + "lower_trapezoid.h", "int64_t{*n} + *nb - 1", "*n + *nb - 1",
+     ("width_tests",)),
+    ("hidden length 2 on the way to the facade", SOURCE + "blaC_selim_reg.cpp", "below, lda, 1, 1, 1, 1)",
+     "below, lda, 1, 1, 1, 2)", ("elimination_call_tests",)),
+    ("increments are read without elements", SOURCE + "tovbla_vdAddI.cpp", "if (*n < 1)", "if (*n < 1 && *incx)",
+     ("kernel_tests", "--gtest_filter=CountsBelowOne*")),
     # Cholesky
     ("the margin itself is not refused", SOURCE + "blaC_cholupd.cpp", ">= 1.0 - tol", "> 1.0 - tol",
      ("kernel_tests", "--gtest_filter=Cholupd.Re*:Cholupd.With*")),
