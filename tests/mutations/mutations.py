@@ -86,7 +86,8 @@ MUTATIONS = [
     ("the upper triangle is added", SOURCE + "blaC_addTriBlock.cpp", "int64_t i = 0; i", "int64_t i = rows - *n; i", KERNELS),
     ("a copied NaN is quietened", SOURCE + "tovbla_vdCopyI.cpp", "patterns(y)[k * y_step] = patterns(x)[k * x_step];",
      "y[k * y_step] = x[k * x_step] + 0.0;", KERNELS),
-    ("the negation is a subtraction", SOURCE + "tovbla_vdNegAddI.cpp", "x + y) ^ SignBit", "-x - y)", KERNELS),
+    ("the negation is a subtraction", SOURCE + "tovbla_vdNegAddI.cpp", "std::uint64_t, sum) ^ SignBit",
+     "std::uint64_t, -x[k * x_step] - y[k * y_step] + 0.0 * sum)", KERNELS),
     ("increments of one are not", PRIVATE + "walk.h", "(... || (steps != 1))",
      "(... && (steps != 1))", KERNELS),
     # products
