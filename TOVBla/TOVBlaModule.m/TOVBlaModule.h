@@ -22,13 +22,23 @@
  * the BLAS and LAPACK routines (`blac_` + a library name) keep the BLAS convention.
  *
  * **Errors.** Nothing is checked, printed or raised, unless a routine says otherwise. A count below 1 makes a
- * routine return without touching memory, unless it says otherwise. Arguments must not overlap, unless a
- * routine says that they may. Arrays may start at any address, 8-byte aligned or not.
+ * routine return before it looks at anything but counts, increments and leading dimensions included, unless
+ * it says otherwise. Arguments must not overlap, unless a routine says that they may. Arrays may start at any
+ * address, 8-byte aligned or not.
+ *
+ * **Undefined memory.** What a routine does not read by its description (the other triangle, rows up to the
+ * leading dimension, elements between increments, results before the call) does not enter its arithmetic: it
+ * may hold signalling NaNs, and invalid operations may be trapped. The exceptions are the diagonal blocks of
+ * lower block trapezoids, which are formed in full: see blac_dsyrk_scaled_, blac_dhamm_, blac_selim_ and
+ * blaC_selimC. What the library beneath does with the arguments it is handed is its own.
  *
  * **Bits.** Every operation named in a formula is rounded on its own; there is no fused multiply-add and no
  * reordering of sums. Results do not depend on the processor, on the alignment of the arrays or on what
- * surrounds them. NaN and infinities go through the formulas as IEEE 754 has it: no product is skipped
- * because a factor is zero.
+ * surrounds them; of routines that call the BLAS (the blocked eliminations, the scaled products, blac_dhamm_,
+ * blac_dchud_, blac_dchdd_) that holds for what they add to its results. NaN and infinities go through the
+ * formulas as IEEE 754 has it: no product is skipped because a factor is zero. That a computed result is NaN
+ * is promised, its sign and payload are not: of two NaN operands the order decides, which IEEE 754 leaves
+ * open.
  *
  * **Threads.** Every routine but the lifecycle calls may run at the same time on distinct output arrays. No
  * routine keeps anything between calls (blac_zdotc_ and blac_zladiv_ remember how the library beneath returns
@@ -1230,9 +1240,12 @@ void blac_scale_low2_(const int* n, double* a, const int* lda);
  * rounding an entry, and one call of the library's `dgemm_` does the rest: the result is that of `dgemm_` on
  * the rounded D·op(B).
  *
- * Scratch is n·k doubles: from the stack up to 48 KiB, from the heap beyond (from the stack again if the heap
- * has none). Nothing is checked; `dgemm_` is called even for empty products and reports their leading
- * dimension of 0 (k, or n when transposed) through the library's error handler.
+ * Scratch is n·k doubles: from the stack up to 48 KiB, from the heap beyond. Where the heap has no memory, the
+ * product is made within those 48 KiB, in several calls of `dgemm_` on column blocks of C, and for a k beyond
+ * 3072 on parts of the sum as well: the same result, up to the last bits of the sums. Nothing is checked;
+ * `dgemm_` is called even for empty products and reports their leading dimension of 0 (k, or n when
+ * transposed) through the library's error handler. An exception that the caller's own error handler throws
+ * through `dgemm_` passes, but leaves scratch on the heap behind.
  * @{
  */
 
@@ -1388,7 +1401,8 @@ void blac_selim_small_reg_(const int* n, double* a, const int* lda, double* d, d
  * the diagonal block; the library's `dtrsm_`("R","U","N","U") makes L·D of the rows below; blac_dsyrk_scaled_
  * with dinv updates the lower block trapezoid behind. Storage as in blac_selim_small_, except that
  * multipliers stand above the diagonal inside the diagonal blocks only; above those nothing is read or
- * written.
+ * written. The update computes with what stands above the diagonal of the blocks behind the first, though no
+ * result depends on it: a caller who traps invalid operations puts numbers there.
  *
  * Speed (OpenBLAS): nb >= n up to an order of about 256, then with one thread 32 to 48, from 4000 on 96 to
  * 192; with two threads 48 to 96 up to 500, 96 beyond.

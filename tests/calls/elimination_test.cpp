@@ -93,14 +93,17 @@ void dgemm_(const char* transa, const char* transb, const int* m, const int* n, 
 }
 
 void __real_blac_dtrsm_(const char*, const char*, const char*, const char*, const int*, const int*,
-                        const double*, const double*, const int*, double*, const int*);
+                        const double*, const double*, const int*, double*, const int*, std::size_t,
+                        std::size_t, std::size_t, std::size_t);
 
 void __wrap_blac_dtrsm_(const char* side, const char* uplo, const char* transa, const char* diag,
                         const int* m, const int* n, const double* alpha, const double* t, const int* ldt,
-                        double* b, const int* ldb)
+                        double* b, const int* ldb, std::size_t h1, std::size_t h2, std::size_t h3,
+                        std::size_t h4)
 {
-    record("blac_dtrsm_", side, uplo, transa, diag, m, n, alpha, t, ldt, const_cast<const double*>(b), ldb);
-    __real_blac_dtrsm_(side, uplo, transa, diag, m, n, alpha, t, ldt, b, ldb);
+    record("blac_dtrsm_", side, uplo, transa, diag, m, n, alpha, t, ldt, const_cast<const double*>(b), ldb,
+           h1, h2, h3, h4);
+    __real_blac_dtrsm_(side, uplo, transa, diag, m, n, alpha, t, ldt, b, ldb, h1, h2, h3, h4);
 }
 
 void __wrap_blac_dsyrk_scaled_(const int* nb, const int* n, const int* k, const double* alpha,
@@ -180,11 +183,11 @@ TEST(CallsOfSelimReg, OfOrderSevenInPanelsOfThreeSolveThroughTheFacade)
     EXPECT_EQ(calls_of_selim_reg(7, 3),
               (Calls{
                   "blac_selim_small_reg_ 3 a(1,1) 11 d(1) dinv(1) tol(1) negpiv(1) reg(1) dcorr(1)",
-                  "blac_dtrsm_ R U N U 4 3 1 a(1,1) 11 a(4,1) 11",
+                  "blac_dtrsm_ R U N U 4 3 1 a(1,1) 11 a(4,1) 11 #1 #1 #1 #1",
                   "dtrsm_ R U N U 4 3 1 a(1,1) 11 a(4,1) 11 #1 #1 #1 #1",
                   "blac_dsyrk_scaled_ 3 4 3 -1 a(4,1) 11 a(4,1) 11 1 a(4,4) 11 dinv(1)",
                   "blac_selim_small_reg_ 3 a(4,4) 11 d(4) dinv(4) tol(4) negpiv(4) reg(4) dcorr(4)",
-                  "blac_dtrsm_ R U N U 1 3 1 a(4,4) 11 a(7,4) 11",
+                  "blac_dtrsm_ R U N U 1 3 1 a(4,4) 11 a(7,4) 11 #1 #1 #1 #1",
                   "dtrsm_ R U N U 1 3 1 a(4,4) 11 a(7,4) 11 #1 #1 #1 #1",
                   "blac_dsyrk_scaled_ 3 1 3 -1 a(7,4) 11 a(7,4) 11 1 a(7,7) 11 dinv(4)",
                   "blac_selim_small_reg_ 1 a(7,7) 11 d(7) dinv(7) tol(7) negpiv(7) reg(7) dcorr(7)",

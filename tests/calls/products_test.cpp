@@ -2,12 +2,17 @@
 // What the scaled products hand to dgemm_, and where they take their scratch from.
 #include "TOVBlaModule.h"
 #include "recorder.h"
+#include "tiers.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <functional>
+#include <pthread.h>
+#include <vector>
 
 // The library's allocations pass through here (linked with --wrap).
 static int allocations, releases;
@@ -32,6 +37,7 @@ namespace {
 
 using recorder::Call;
 using recorder::calls;
+using support::on_every_tier;
 
 struct Products : ::testing::Test
 {
@@ -67,7 +73,7 @@ TEST_F(Products, AScaledProductIsOneCallWithTheScaledCopyOfTheSecondFactor)
         if (call.name != "dgemm")
             return;
         const double* w = call.arrays[1];
-        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(w) % 16, 0u);
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(w) % 64, 0u);
         for (int l = 0; l < k; ++l)
             for (int i = 0; i < n; ++i)
                 EXPECT_EQ(w[i + l * n], b[i + l * ldb] * d[l * (ldd + 1)]);
@@ -226,25 +232,162 @@ TEST_F(Products, LargeScratchComesFromTheHeapAndGoesBack)
                         d.data());
     EXPECT_EQ(allocations, 1);
     EXPECT_EQ(releases, 1);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(products().at(0).arrays[1]) % 64, 0u);
 }
 
-TEST_F(Products, WithoutMemoryOnTheHeapTheStackServes)
+/// What dgemm_ would have done.
+void multiply(const Call& call)
 {
-    const int m = 8, n = 400, k = 200, ld = 400;
-    std::vector<double> a(8 * 400), b(400 * 200, 3.0), c(8 * 400 * 50), d(200, 2.0);
-    bool seen = false;
-    recorder::at_call = [&](const Call& call) {
-        if (call.name == "dgemm")
-            seen = call.arrays[1][0] == 6.0 && call.arrays[1][n * k - 1] == 6.0;
+    const int m = call.sizes[0], n = call.sizes[1], k = call.sizes[2];
+    const auto entry = [&call](int array, bool transposed, int i, int j) {
+        const std::int64_t ld = call.sizes[static_cast<std::size_t>(3 + array)];
+        return call.arrays[static_cast<std::size_t>(array)][transposed ? j + i * ld : i + j * ld];
     };
-    allocations = releases = 0;
-    out_of_memory = true;
-    blac_dgemm_scaled2_("N", "T", &m, &n, &k, &One, a.data(), &ld, b.data(), &ld, &One, c.data(), &ld,
-                        d.data());
-    out_of_memory = false;
-    EXPECT_TRUE(seen);
-    EXPECT_EQ(allocations, 1);
-    EXPECT_EQ(releases, 0);
+    for (int j = 0; j < n; ++j)
+        for (int i = 0; i < m; ++i) {
+            double sum = 0.0;
+            for (int l = 0; l < k; ++l)
+                sum += entry(0, call.options[0] != 'N', i, l) * entry(1, call.options[1] != 'N', l, j);
+            double& c = const_cast<double*>(call.arrays[2])[i + std::int64_t{j} * call.sizes[5]];
+            c = call.scalars[0] * sum + call.scalars[1] * c;
+        }
+}
+
+/// A product of small whole numbers, so that every sum is exact in whatever order.
+struct WholeNumbers
+{
+    int m = 3, n, k, lda, ldb, ldc = 5, ldd;
+    char transa, transb;
+    double alpha = 2.0, beta = -3.0;
+    std::vector<double> a, b, c, d;
+
+    WholeNumbers(int n_, int k_, int ldd_, char transa_, char transb_)
+        : n(n_), k(k_), lda((transa_ == 'N' ? m : k) + 1), ldb((transb_ == 'N' ? k : n) + 2), ldd(ldd_),
+          transa(transa_), transb(transb_)
+    {
+        fill(a, lda * (transa == 'N' ? k : m));
+        fill(b, ldb * (transb == 'N' ? n : k));
+        fill(c, ldc * n);
+        fill(d, (ldd + 1) * k);
+    }
+    static void fill(std::vector<double>& x, int size)
+    {
+        for (int i = 0; i < size; ++i)
+            x.push_back((i * 7 + size) % 11 - 5);
+    }
+    /// C by the formula, entry by entry.
+    std::vector<double> by_the_formula() const
+    {
+        std::vector<double> result = c;
+        const auto at = [](const std::vector<double>& x, int i) { return x[static_cast<std::size_t>(i)]; };
+        for (int j = 0; j < n; ++j)
+            for (int i = 0; i < m; ++i) {
+                double sum = 0.0;
+                for (int l = 0; l < k; ++l)
+                    sum += at(a, transa == 'N' ? i + l * lda : l + i * lda) * at(d, l * (ldd + 1)) *
+                           at(b, transb == 'N' ? l + j * ldb : j + l * ldb);
+                const auto ij = static_cast<std::size_t>(i + j * ldc);
+                result[ij] = beta * result[ij] + alpha * sum;
+            }
+        return result;
+    }
+    void call()
+    {
+        blac_dgemm_scaled_(&transa, &transb, &m, &n, &k, &alpha, a.data(), &lda, b.data(), &ldb, &beta,
+                           c.data(), &ldc, d.data(), &ldd);
+    }
+};
+
+/// Runs work on a thread with a stack of 160 KiB and a guard behind it.
+void on_a_small_stack(const std::function<void()>& work)
+{
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    ASSERT_EQ(pthread_attr_setstacksize(&attributes, std::size_t{160} << 10), 0);
+    pthread_t thread;
+    const auto run = [](void* f) -> void* {
+        (*static_cast<const std::function<void()>*>(f))();
+        return nullptr;
+    };
+    ASSERT_EQ(pthread_create(&thread, &attributes, run, const_cast<std::function<void()>*>(&work)), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&attributes);
+}
+
+TEST_F(Products, WithoutMemoryOnTheHeapAreMadeInBlocksOnTheStack)
+{
+    on_every_tier([] {
+        for (auto [n, k] : {std::pair{400, 200}, {31, 200}, {2, 3072}, {5, 3073}, {3, 7000}, {7000, 1}})
+            for (int ldd : {0, 2})
+                for (char transa : {'N', 'T'})
+                    for (char transb : {'N', 'T'}) {
+                        WholeNumbers x(n, k, ldd, transa, transb);
+                        const std::vector<double> expected = x.by_the_formula();
+                        recorder::clear();
+                        std::size_t furthest = 0;
+                        on_a_small_stack([&] {
+                            const char* const here = static_cast<char*>(__builtin_frame_address(0));
+                            recorder::at_call = [&](const Call& call) {
+                                if (call.name != "dgemm")
+                                    return;
+                                multiply(call);
+                                const char* const w = reinterpret_cast<const char*>(call.arrays[1]);
+                                furthest = std::max(furthest, static_cast<std::size_t>(here - w));
+                                EXPECT_EQ(reinterpret_cast<std::uintptr_t>(w) % 64, 0u);
+                            };
+                            allocations = releases = 0;
+                            out_of_memory = true;
+                            x.call();
+                            out_of_memory = false;
+                        });
+                        ASSERT_EQ(x.c, expected)
+                            << transa << transb << " n " << n << ", k " << k << ", ldd " << ldd;
+                        EXPECT_GT(products().size(), n * k > 6144 ? 1u : 0u);
+                        EXPECT_LT(furthest, std::size_t{64} << 10);
+                        EXPECT_EQ(releases, 0);
+                        recorder::clear();
+                    }
+    });
+}
+
+TEST_F(Products, WithMemoryAreOneCallWhateverTheirSize)
+{
+    on_every_tier([] {
+        for (auto [n, k] : {std::pair{2, 3}, {400, 200}, {3, 7000}})
+            for (char transa : {'N', 'T'})
+                for (char transb : {'N', 'T'}) {
+                    WholeNumbers x(n, k, 1, transa, transb);
+                    const std::vector<double> expected = x.by_the_formula();
+                    recorder::clear();
+                    recorder::at_call = [](const Call& call) {
+                        if (call.name == "dgemm")
+                            multiply(call);
+                    };
+                    x.call();
+                    ASSERT_EQ(x.c, expected) << transa << transb << " n " << n << ", k " << k;
+                    EXPECT_EQ(products().size(), 1u);
+                }
+    });
+}
+
+// Only the two counts are looked at, and what dgemm_ is handed.
+TEST_F(Products, EmptyOnesReadNeitherTheSecondFactorsShapeNorTheDiagonals)
+{
+    on_every_tier([] {
+        const double* const nowhere = nullptr;
+        const int* const no_integer = nullptr;
+        const int m = 4, two = 2, ld = 4;
+        double c = 0.0;
+        for (const int none : {0, -3})
+            for (const char* transb : {"N", "T"})
+                for (auto [n, k] : {std::pair{&none, &two}, {&two, &none}}) {
+                    blac_dgemm_scaled_("N", transb, &m, n, k, &One, nowhere, &ld, nowhere, no_integer, &One,
+                                       &c, &ld, nowhere, no_integer);
+                    blac_dgemm_scaled2_("N", transb, &m, n, k, &One, nowhere, &ld, nowhere, no_integer, &One,
+                                        &c, &ld, nowhere);
+                }
+    });
+    EXPECT_EQ(products().size(), 16u * support::tiers().size());
 }
 
 } // namespace

@@ -6,6 +6,36 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
+// The facade on the way, caught by the linker (--wrap): the hidden lengths that arrive there.
+static std::vector<std::size_t> lengths;
+
+extern "C" {
+void __real_blac_dtrmm_(const char*, const char*, const char*, const char*, const int*, const int*,
+                        const double*, const double*, const int*, double*, const int*, std::size_t,
+                        std::size_t, std::size_t, std::size_t);
+void __real_blac_dgemm_(const char*, const char*, const int*, const int*, const int*, const double*,
+                        const double*, const int*, const double*, const int*, const double*, double*,
+                        const int*, std::size_t, std::size_t);
+
+void __wrap_blac_dtrmm_(const char* side, const char* uplo, const char* transa, const char* diag,
+                        const int* m, const int* n, const double* alpha, const double* t, const int* ldt,
+                        double* b, const int* ldb, std::size_t h1, std::size_t h2, std::size_t h3,
+                        std::size_t h4)
+{
+    lengths.insert(lengths.end(), {h1, h2, h3, h4});
+    __real_blac_dtrmm_(side, uplo, transa, diag, m, n, alpha, t, ldt, b, ldb, h1, h2, h3, h4);
+}
+void __wrap_blac_dgemm_(const char* transa, const char* transb, const int* m, const int* n, const int* k,
+                        const double* alpha, const double* x, const int* ldx, const double* y, const int* ldy,
+                        const double* beta, double* c, const int* ldc, std::size_t h1, std::size_t h2)
+{
+    lengths.insert(lengths.end(), {h1, h2});
+    __real_blac_dgemm_(transa, transb, m, n, k, alpha, x, ldx, y, ldy, beta, c, ldc, h1, h2);
+}
+}
+
 namespace {
 
 using recorder::Call;
@@ -26,6 +56,7 @@ TEST(SelimC, MakesTheDocumentedCallsInOrder)
     const double* const dinv = d + n;
 
     recorder::clear();
+    lengths.clear();
     recorder::at_call = [&](const Call& call) {
         if (call.name != "dgemm" || call.options != "NT")
             return;
@@ -78,6 +109,7 @@ TEST(SelimC, MakesTheDocumentedCallsInOrder)
             EXPECT_EQ(call.scalars[1], 1.0);
     }
     EXPECT_EQ(next, std::size(expected));
+    EXPECT_EQ(lengths, std::vector<std::size_t>(7 * 4 + 1 * 2, 1)) << "of the products through the facade";
     for (int k = 0; k < n; ++k)
         EXPECT_EQ(dinv[k], 1.0 / d[k]);
     recorder::clear();

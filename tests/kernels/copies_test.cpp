@@ -6,6 +6,7 @@
 #include "sweep.h"
 #include "tiers.h"
 
+#include <cfenv>
 #include <vector>
 
 using namespace support;
@@ -98,6 +99,26 @@ TEST(CopyDiag, TheThresholdItselfIsReplacedAndTheNextNumberIsNot)
             EXPECT_EQ(copied_pivot(pivot), std::pair(pivot, 1.0 / pivot));
             EXPECT_EQ(copied_pivot(sign * INFINITY), std::pair(sign * INFINITY, sign * 0.0));
             EXPECT_EQ(bits(copied_pivot(sign * INFINITY).second), bits(sign * 0.0));
+        }
+    });
+}
+
+TEST(CopyDiag, TheReciprocalOfAReplacedPivotIsTheSameInEveryRoundingMode)
+{
+    on_every_tier([] {
+        for (int mode : {FE_TONEAREST, FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
+            const int order[] = {3, 4, 5, 11}, step = 0;
+            const double pivots[11] = {};
+            double d[11], dinv[11];
+            for (const int& n : order) {
+                std::fesetround(mode);
+                blac_copydiag_(&n, pivots, &step, d, dinv);
+                std::fesetround(FE_TONEAREST);
+                for (int i = 0; i < n; ++i) {
+                    EXPECT_EQ(bits(d[i]), 0x476812f9cf7920e3u);
+                    EXPECT_EQ(bits(dinv[i]), 0x38754484932d2e72u) << "rounding mode " << mode;
+                }
+            }
         }
     });
 }

@@ -10,39 +10,33 @@ extern "C" void dgemm_(const char* transa, const char* transb, const int* m, con
 
 namespace reference {
 
+// The entry (l,j) of op(B), wherever it stands, times D(l,l); dgemm_ has the sum.
 void dgemm_scaled(char transa, char transb, int m, int n, int k, double alpha, const number* a, int lda,
                   const number* b, int ldb, double beta, number* c, int ldc, const number* d, int ldd)
 {
-    std::vector<double> w(static_cast<std::size_t>(int64_t{n} * k));
-    int ldw;
-    if (transb == 'T' || transb == 't') {
-        ldw = n;
-        for (int64_t l = 0; l < k; ++l) {
-            double s = d[l * (ldd + 1)];
-            for (int64_t i = 0; i < n; ++i)
-                w[static_cast<std::size_t>(i + l * n)] = b[i + l * ldb] * s;
+    bool transposed = transb == 'T' || transb == 't';
+    int rows = transposed ? n : k;
+    int ldw = rows < 1 ? rows : rows + 1; // dgemm_ refuses a leading dimension below 1
+    std::vector<double> w(rows < 1 ? 0 : static_cast<std::size_t>(int64_t{ldw} * (transposed ? k : n)));
+    for (int64_t l = 0; l < k; ++l)
+        for (int64_t j = 0; j < n; ++j) {
+            int64_t row = transposed ? j : l, column = transposed ? l : j;
+            w[static_cast<std::size_t>(row + column * ldw)] = b[row + column * ldb] * d[l + l * ldd];
         }
-    } else {
-        ldw = k;
-        for (int64_t j = 0; j < n; ++j)
-            for (int64_t l = 0; l < k; ++l)
-                w[static_cast<std::size_t>(l + j * k)] = b[l + j * ldb] * d[l * (ldd + 1)];
-    }
     dgemm_(&transa, &transb, &m, &n, &k, &alpha, a, &lda, w.data(), &ldw, &beta, c, &ldc, 1, 1);
 }
 
+// C(i,j) for every column j and every row i from the first one of its block on.
 void dsyrk_scaled(int nb, int n, int k, double alpha, const number* a, int lda, const number* b, int ldb,
                   double beta, number* c, int ldc, const number* d, int ldd)
 {
-    int blocks = (n + nb - 1) / nb;
-    int rem = n;
-    int64_t j = 0;
-    for (int block = 0; block < blocks - 1; ++block) {
-        dgemm_scaled('N', 'T', rem, nb, k, alpha, a + j, lda, b + j, ldb, beta, c + j + j * ldc, ldc, d, ldd);
-        rem = rem - nb;
-        j = j + nb;
+    int width;
+    for (int64_t first = 0; first < n; first += width) {
+        int rows = n - static_cast<int>(first);
+        width = nb < 1 || nb > rows ? rows : nb;
+        dgemm_scaled('N', 'T', rows, width, k, alpha, a + first, lda, b + first, ldb, beta,
+                     c + first + first * ldc, ldc, d, ldd);
     }
-    dgemm_scaled('N', 'T', rem, rem, k, alpha, a + j, lda, b + j, ldb, beta, c + j + j * ldc, ldc, d, ldd);
 }
 
 } // namespace reference

@@ -31,12 +31,10 @@ BLA_BODY void for_columns(int64_t rows, int64_t columns, real* b, int64_t b_step
     }
 }
 
-/// B := A·diag(d), A and B m×n; B may be A. Without rows, d is not read either.
+/// B := A·diag(d), A and B m×n with at least one row; B may be A.
 BLA_BODY void scale_columns(int64_t m, int64_t n, const real* a, int64_t a_step, const real* d, real* b,
                             int64_t b_step)
 {
-    if (m < 1)
-        return;
     for_columns(m, n, b, b_step, a, a_step,
                 [=](int64_t j, real* to, const real* from, int64_t first, int64_t last) BLA_INLINED {
                     const double factor = d[j];

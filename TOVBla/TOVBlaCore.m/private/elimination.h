@@ -90,7 +90,7 @@ BLA_BODY void eliminate_plainly(int64_t order, int64_t n, real* a, int64_t lda, 
 #define BLA_ELIMINATION(name, params, args, symmetric, rule)                                                 \
     [[gnu::noinline]] static void name##plainly params                                                       \
     {                                                                                                        \
-        if (*n < 4) /* once more, so that the compiler counts on it */                                       \
+        if (0 < *n && *n < 4) /* the latter once more, so that the compiler counts on it */                  \
             eliminate_plainly<symmetric>(*n, *n, a, *lda, d, dinv, rule);                                    \
     }                                                                                                        \
     BLA_ELIMINATION_VARIANT(name, V, params, args, symmetric, rule)                                          \

@@ -41,6 +41,24 @@ TILE_CODE void load(Tile<Rows, W>& t, const real* a, int64_t lda)
         t[e] = *reinterpret_cast<const UnalignedVector*>(a + e / V * lda + e % V * Lanes);
 }
 
+/// Clears what a tile that starts on the diagonal holds above it. That is the caller's undefined memory: a
+/// signalling NaN in it may be loaded and shuffled, but not computed with.
+template <int Rows, int E = 0>
+TILE_CODE void clear_above(Tile<Rows, 4>& t)
+{
+    constexpr int V = Rows / Lanes, Row = E % V * Lanes, Column = E / V; // of vector E
+    constexpr int Cleared = Column - Row;                                // its first lanes
+    const Vector zero = {};
+#if TIER_LANES == 4
+    t[E] = __builtin_shufflevector(t[E], zero, Cleared > 0 ? 4 : 0, Cleared > 1 ? 5 : 1, Cleared > 2 ? 6 : 2,
+                                   Cleared > 3 ? 7 : 3);
+#else
+    t[E] = __builtin_shufflevector(t[E], zero, Cleared > 0 ? 2 : 0, Cleared > 1 ? 3 : 1);
+#endif
+    if constexpr (E + 1 < 4 * V)
+        clear_above<Rows, E + 1>(t);
+}
+
 template <int Rows, int W>
 TILE_CODE void store(const Tile<Rows, W>& t, real* a, int64_t lda)
 {
@@ -237,6 +255,16 @@ struct Elimination
         subtract<Rows, W>(t, rows, at(first, j), lda, k - first);
     }
 
+    /// The same on the diagonal, i = j.
+    template <int Rows>
+    TILE_CODE void fetch_diagonal(Tile<Rows, 4>& t, int64_t i, int64_t k, const double* rows) const
+    {
+        load<Rows, 4>(t, at(i, i), lda);
+        if constexpr (Symmetric)
+            clear_above<Rows>(t);
+        subtract<Rows, 4>(t, rows, at(first, i), lda, k - first);
+    }
+
     template <int Rows, int W>
     TILE_CODE void below(int64_t i, int64_t j) const
     {
@@ -250,14 +278,14 @@ struct Elimination
     {
         Tile<Rows, 4> t;
         Tile<4, 4> half;
-        fetch<Rows, 4>(t, i, i, i, packed);
+        fetch_diagonal<Rows>(t, i, i, packed);
         block_of<Rows, 4, 0, 0>(t, half);
         pivots(i, half);
         if constexpr (Rows == 8) {
             block_of<8, 4, 4, 0>(t, half);
             finish_columns<4, 4>(half, i + 4, i, packed_column(i) + 4);
             if constexpr (Symmetric) {
-                fetch<4, 4>(half, i + 4, i + 4, i + 4, packed + 4);
+                fetch_diagonal<4>(half, i + 4, i + 4, packed + 4);
             } else {
                 fetch<8, 4>(t, i, i + 4, i, packed);
                 block_of<8, 4, 0, 0>(t, half);
@@ -277,13 +305,25 @@ struct Elimination
         finish_rows<Rows>(t, i, j);
     }
 
-    /// What later walks will go on with. Above the diagonal of a symmetric front that is of no account.
+    /// What later walks will go on with.
     template <int Rows>
     TILE_CODE void behind(int64_t i, int64_t j) const
     {
         Tile<Rows, 4> t;
         fetch<Rows, 4>(t, i, j, last, packed);
         store<Rows, 4>(t, at(i, j), lda);
+    }
+
+    /// The same on the diagonal of a symmetric front; the multipliers to come will overwrite what is above
+    /// it.
+    template <int Rows>
+    TILE_CODE void behind_diagonal(int64_t i, const double* rows) const
+    {
+        Tile<Rows, 4> t;
+        fetch_diagonal<Rows>(t, i, last, rows);
+        store<Rows, 4>(t, at(i, i), lda);
+        if constexpr (Rows == 8)
+            behind_diagonal<4>(i + 4, rows + 4);
     }
 
     /// Rows i.. of the front. A function of its own, for short fronts, on a copy that nothing stored can
@@ -310,8 +350,10 @@ struct Elimination
                 for (j = i + Rows; j < n; j += 4)
                     right<Rows>(i, j);
         } else {
-            for (; j < (Symmetric ? i + Rows : n); j += 4)
+            for (; j < (Symmetric ? i : n); j += 4)
                 behind<Rows>(i, j);
+            if constexpr (Symmetric)
+                behind_diagonal<Rows>(i, packed);
         }
     }
 };

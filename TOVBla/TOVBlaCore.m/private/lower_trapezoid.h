@@ -10,10 +10,10 @@
 template <class Product>
 BLA_BODY void for_lower_trapezoid(const int* n, const int* nb, Product product)
 {
-    const int blocks = (*n + *nb - 1) / *nb;
+    const int64_t blocks = (int64_t{*n} + *nb - 1) / *nb;
     int rem = *n;
     int64_t j = 0;
-    for (int block = 1; block < blocks; ++block) {
+    for (int64_t block = 1; block < blocks; ++block) {
         product(j, &rem, nb);
         rem -= *nb;
         j += *nb;

@@ -16,13 +16,13 @@ struct CompressedRows
     bool far; ///< larger than a cache may be
 };
 
-/// A matrix whose rows are all wanted, or none if nrhs < 1.
-BLA_BODY CompressedRows all_rows(const integer* start, const integer* column, const real* value, int64_t rows,
-                                 int64_t nrhs)
+/// A matrix whose rows are all wanted.
+BLA_BODY CompressedRows all_rows(const integer* start, const integer* column, const real* value, int64_t rows)
 {
     constexpr int64_t FarEntries = 1 << 17;
-    const bool wanted = rows > 0 && nrhs > 0; // else not even row pointers need exist
-    return {start, column, value, wanted && int64_t{start[rows]} - start[0] > FarEntries};
+    const bool far =
+        rows > 0 && int64_t{start[rows]} - start[0] > FarEntries; // else no row pointers need exist
+    return {start, column, value, far};
 }
 
 /// Entries lie far apart in time from one another where the matrix is larger than the cache, so those that

@@ -7,5 +7,7 @@ BLA_TIERS_VRA(blac_addrectblockt_,
               (const int* m, const int* n, real* a, const int* lda, const real* b, const int* ldb),
               (m, n, a, lda, b, ldb))
 {
+    if (*n < 1 || *m < 1)
+        return;
     transpose<Tier, true>(*m, *n, b, *ldb, a, *lda);
 }

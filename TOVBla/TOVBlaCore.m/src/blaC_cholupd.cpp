@@ -156,9 +156,11 @@ BLA_TIERS_VRA(blac_cholupd_,
     const bool add = lsame_(job, "P", 1, 1);
     if (!add && !lsame_(job, "N", 1, 1))
         return;
-    const int64_t order = *n, step = *ldl;
     const int64_t leading = *nlead < *ncol ? *nlead : *ncol; // not bounded by n
     const int64_t columns = *n < *ncol ? *n : *ncol;
+    if (leading < 1 && columns < 1)
+        return;
+    const int64_t order = *n, step = *ldl;
     if (order <= 8)
         *info = modify<true>(add, order, leading, columns, l, step, x, *tol);
     else

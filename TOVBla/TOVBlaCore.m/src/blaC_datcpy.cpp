@@ -7,5 +7,7 @@ BLA_TIERS_VA(blac_datcpy_,
              (const int* m, const int* n, const real* a, const int* lda, real* b, const int* ldb),
              (m, n, a, lda, b, ldb))
 {
+    if (*n < 1 || *m < 1)
+        return;
     transpose<Tier, false>(*m, *n, a, *lda, b, *ldb);
 }

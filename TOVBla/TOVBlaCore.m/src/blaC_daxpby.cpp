@@ -15,6 +15,8 @@ BLA_EXPORT void blac_daxpby_(const int* n, const double* a, const real* x, const
         daxpby_(n, a, x, incx, b, y, incy);
         return;
     }
+    if (*n < 1)
+        return;
     const int64_t count = *n, x_step = *incx, y_step = *incy;
     int64_t ix = x_step < 0 ? (1 - count) * x_step : 0;
     int64_t iy = y_step < 0 ? (1 - count) * y_step : 0;

@@ -43,7 +43,7 @@ BLA_BODY double turn_row(int64_t j, int64_t last, real* l, int64_t step, const r
 
 BLA_EXPORT void blac_dchdd_(real* l, const int* ldl, const int* p, const real* x, real* c, real* s, int* info)
 {
-    const int64_t order = *p, step = *ldl;
+    const int64_t order = *p, step = order < 1 ? 0 : *ldl;
     const int one = 1;
 
     // s := L⁻¹·x. The first element is formed whatever p is.

@@ -43,6 +43,8 @@ BLA_BODY void turn_row(int64_t j, int64_t first, real* l, int64_t step, double x
 
 BLA_EXPORT void blac_dchud_(real* l, const int* ldl, const int* p, const real* x, real* c, real* s)
 {
+    if (*p < 1)
+        return;
     const int64_t order = *p, step = *ldl;
     if (order > SmallFactor)
         return turn_blocks(order, l, step, x, c, s);

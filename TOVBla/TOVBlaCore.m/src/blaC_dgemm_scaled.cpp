@@ -9,5 +9,5 @@ BLA_TIERS_VRA(blac_dgemm_scaled_,
                const double* beta, real* c, const int* ldc, const real* d, const int* ldd),
               (transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc, d, ldd))
 {
-    scaled_product(transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc, d, int64_t{*ldd} + 1);
+    scaled_product(transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc, d, ldd);
 }

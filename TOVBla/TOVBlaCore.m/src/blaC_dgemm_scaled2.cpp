@@ -9,5 +9,5 @@ BLA_TIERS_VRA(blac_dgemm_scaled2_,
                const double* beta, real* c, const int* ldc, const real* d),
               (transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc, d))
 {
-    scaled_product(transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc, d, 1);
+    scaled_product(transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc, d, nullptr);
 }

@@ -8,5 +8,7 @@ BLA_TIERS_VRA(blac_dlacpysc_,
                const int* ldb),
               (m, n, a, lda, s, b, ldb))
 {
+    if (*n < 1 || *m < 1)
+        return;
     scale_columns(*m, *n, a, *lda, s, b, *ldb);
 }

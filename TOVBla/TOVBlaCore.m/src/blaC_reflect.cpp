@@ -43,6 +43,8 @@ BLA_BODY void reflect(int64_t order, real* a, int64_t step)
 BLA_TIERS_VA(blac_reflect_, (const char* uplo, const int* n, real* a, const int* lda), (uplo, n, a, lda))
 {
     const bool lower = lsame_(uplo, "L", 1, 1), upper = lsame_(uplo, "U", 1, 1); // both, before n is read
+    if (*n < 1)
+        return;
     if (lower)
         reflect<Tier, true>(*n, a, *lda);
     else if (upper)

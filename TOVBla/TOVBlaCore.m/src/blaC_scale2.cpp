@@ -6,6 +6,8 @@
 BLA_TIERS_VRA(blac_scale2_, (const int* m, const int* n, real* a, const int* lda, const real* d),
               (m, n, a, lda, d))
 {
+    if (*n < 1 || *m < 1)
+        return;
     const int64_t rows = *m, columns = *n, a_step = *lda;
     for_columns(rows, columns, a, a_step, a, a_step,
                 [=](int64_t, real* to, const real*, int64_t first, int64_t last) BLA_INLINED {

@@ -6,5 +6,7 @@
 BLA_TIERS_VRA(blac_scale2t_, (const int* m, const int* n, real* a, const int* lda, const real* d),
               (m, n, a, lda, d))
 {
+    if (*m < 1 || *n < 1)
+        return;
     scale_columns(*n, *m, a, *lda, d, a, *lda);
 }

@@ -10,6 +10,8 @@
 
 BLA_TIERS_VRA(blac_scale_low2_, (const int* n, real* a, const int* lda), (n, a, lda))
 {
+    if (*n < 1)
+        return;
     const int64_t diagonal_step = int64_t{*lda} + 1;
     for (int64_t rows = int64_t{*n} - 1; rows > 0; --rows, a += diagonal_step) {
         const double pivot = *a;

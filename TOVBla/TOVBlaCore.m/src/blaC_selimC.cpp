@@ -8,6 +8,7 @@
 // leaves -N(i,s) there.
 #include "TOVBlaModule.h"
 
+#include "facade_calls.h"
 #include "panels.h"
 
 namespace {
@@ -74,7 +75,7 @@ BLA_EXPORT void blaC_selimC(int n, int nb, double tol, double* a)
         blac_selim_small_(&nb, diagonal, &ld, d, dinv, &tol);
 
         invert(nb, diagonal, ld, nullptr, work, nb);
-        blac_dtrmm_("R", "L", "T", "U", &below, &nb, &one, work, &nb, rest, &ld); // rest := L·D
+        facade_dtrmm("R", "L", "T", "U", &below, &nb, &one, work, &nb, rest, &ld, 1, 1, 1, 1); // rest := L·D
 
         put_diagonal(nb, diagonal, ld, dinv); // where the scaled products read it
         for (int t = q + 1; t <= p; ++t) {
@@ -89,10 +90,12 @@ BLA_EXPORT void blaC_selimC(int n, int nb, double tol, double* a)
         for (int s = 0; s < q; ++s) {
             const int lds = front.rows(s);
             double* const row = front.block(q, s);
-            blac_dtrmm_("L", "L", "N", "N", &nb, &nb, &one, work, &nb, row, &lds); // row := -N
-            blac_dgemm_("N", "N", &below, &nb, &nb, &minus_one, rest, &ld, row, &lds, &one, row + nb, &lds);
+            facade_dtrmm("L", "L", "N", "N", &nb, &nb, &one, work, &nb, row, &lds, 1, 1, 1, 1); // row := -N
+            facade_dgemm("N", "N", &below, &nb, &nb, &minus_one, rest, &ld, row, &lds, &one, row + nb, &lds,
+                         1, 1);
         }
-        blac_dtrmm_("R", "L", "N", "N", &below, &nb, &one, work, &nb, rest, &ld); // opens acc of this column
+        facade_dtrmm("R", "L", "N", "N", &below, &nb, &one, work, &nb, rest, &ld, 1, 1, 1,
+                     1); // opens acc of this column
     }
 
     double* const last = front.block(p, p);
@@ -100,7 +103,7 @@ BLA_EXPORT void blaC_selimC(int n, int nb, double tol, double* a)
     invert(r, last, r, dinv, work, nb);
     for (int s = 0; s < p; ++s) {
         const int lds = front.rows(s);
-        blac_dtrmm_("L", "L", "N", "N", &r, &nb, &one, work, &nb, front.block(p, s), &lds);
+        facade_dtrmm("L", "L", "N", "N", &r, &nb, &one, work, &nb, front.block(p, s), &lds, 1, 1, 1, 1);
     }
 }
 

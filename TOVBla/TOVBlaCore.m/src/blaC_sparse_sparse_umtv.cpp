@@ -9,5 +9,7 @@ BLA_EXPORT void blac_sparse_sparse_umtv_(const real* a, const real* x, const int
                                          real* y, const int* nl, const int* n, const int* nrhs,
                                          const integer* list)
 {
+    if (*nrhs < 1)
+        return;
     scatter_rows({ia, ja, a, true}, x, *nl, y, *n, *nrhs, [list](int64_t s) -> int64_t { return list[s]; });
 }

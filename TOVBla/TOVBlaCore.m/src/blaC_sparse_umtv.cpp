@@ -8,5 +8,7 @@
 BLA_EXPORT void blac_sparse_umtv_(const real* a, const real* x, const integer* ia, const integer* ja, real* y,
                                   const int* m, const int* n, const int* nrhs)
 {
-    scatter_rows(all_rows(ia, ja, a, *m, *nrhs), x, *m, y, *n, *nrhs, [](int64_t s) { return s; });
+    if (*nrhs < 1)
+        return;
+    scatter_rows(all_rows(ia, ja, a, *m), x, *m, y, *n, *nrhs, [](int64_t s) { return s; });
 }

@@ -62,9 +62,10 @@ static void multiply_two_rows(const CompressedRows& a, int64_t i, const real* x,
 BLA_EXPORT void blac_sparse_umv_(const real* a, const real* x, const integer* ia, const integer* ja, real* y,
                                  const int* m, const int* n, const int* nrhs)
 {
+    if (*m < 1 || *nrhs < 1)
+        return;
     const int64_t rows = *m, columns = *n;
-    const int64_t sums = rows * *nrhs;
-    if (0 < sums && sums < 4) { // done before blocks could be set up
+    if (rows * *nrhs < 4) { // done before blocks could be set up
         for (int64_t k = 0; k < *nrhs; ++k)
             for (int64_t i = 0; i < rows; ++i) {
                 double sum = 0.0;
@@ -74,7 +75,7 @@ BLA_EXPORT void blac_sparse_umv_(const real* a, const real* x, const integer* ia
             }
         return;
     }
-    const CompressedRows matrix = all_rows(ia, ja, a, rows, *nrhs);
+    const CompressedRows matrix = all_rows(ia, ja, a, rows);
     for_column_blocks(*nrhs, [=]<int W>(Width<W>, int64_t k) {
         const real* const xk = x + k * columns;
         real* const yk = y + k * rows;

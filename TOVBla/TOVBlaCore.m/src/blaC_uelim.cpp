@@ -11,8 +11,10 @@ BLA_EXPORT void blac_uelim_(const int* n, const int* nb, const double* tol, real
 {
     if (0 < *n && *n <= *nb)
         return blac_uelim_small_(n, a, lda, d, dinv, tol);
-    const double one = 1.0, minus_one = -1.0;
     const Panels panels(*n, *nb);
+    if (panels.full < 1)
+        return blac_uelim_small_(&panels.last, a, lda, d, dinv, tol);
+    const double one = 1.0, minus_one = -1.0;
     const int64_t width = *nb, step = int64_t{*lda} + 1;
     int m = *n;
     for (int q = 0; q < panels.full; ++q) {

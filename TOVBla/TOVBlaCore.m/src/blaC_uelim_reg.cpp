@@ -11,8 +11,10 @@ BLA_EXPORT void blac_uelim_reg_(const int* n, const int* nb, real* a, const int*
 {
     if (0 < *n && *n <= *nb)
         return blac_uelim_small_reg_(n, a, lda, d, dinv, tol, negpiv, reg, dcorr);
-    const double one = 1.0, minus_one = -1.0;
     const Panels panels(*n, *nb);
+    if (panels.full < 1)
+        return blac_uelim_small_reg_(&panels.last, a, lda, d, dinv, tol, negpiv, reg, dcorr);
+    const double one = 1.0, minus_one = -1.0;
     const int64_t width = *nb, step = int64_t{*lda} + 1;
     int m = *n;
     for (int q = 0; q < panels.full; ++q) {

@@ -5,5 +5,7 @@
 
 BLA_TIERS_VRA(blac_zerotri_, (const int* n, real* a, const int* lda), (n, a, lda))
 {
+    if (*n < 1)
+        return;
     clear_lower(*n, 0, *n, a, *lda);
 }

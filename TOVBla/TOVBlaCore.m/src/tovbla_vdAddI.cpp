@@ -8,6 +8,8 @@
 BLA_EXPORT void tovbla_vdaddi_(const int* n, const real* x, const int* incx, const real* y, const int* incy,
                                real* z, const int* incz)
 {
+    if (*n < 1)
+        return; // the increments are not read either
     walk(
         *n,
         [=](int64_t count, int64_t x_step, int64_t y_step, int64_t z_step) BLA_INLINED {

@@ -7,6 +7,8 @@
 
 BLA_EXPORT void tovbla_vdcopyi_(const int* n, const real* x, const int* incx, real* y, const int* incy)
 {
+    if (*n < 1)
+        return; // the increments are not read either
     walk(
         *n,
         [=](int64_t count, int64_t x_step, int64_t y_step) BLA_INLINED {

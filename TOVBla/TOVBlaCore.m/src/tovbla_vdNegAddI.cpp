@@ -7,22 +7,20 @@
 #include "tiers.h"
 #include "walk.h"
 
-/// The bits of -(x + y).
-BLA_BODY std::uint64_t negated_sum(double x, double y)
-{
-    return __builtin_bit_cast(std::uint64_t, x + y) ^ SignBit;
-}
-
 BLA_TIERS_VA(tovbla_vdnegaddi_,
              (const int* n, const real* x, const int* incx, const real* y, const int* incy, real* z,
               const int* incz),
              (n, x, incx, y, incy, z, incz))
 {
+    if (*n < 1)
+        return; // the increments are not read either
     walk(
         *n,
         [=](int64_t count, int64_t x_step, int64_t y_step, int64_t z_step) BLA_INLINED {
-            for (int64_t k = 0; k < count; ++k)
-                patterns(z)[k * z_step] = negated_sum(x[k * x_step], y[k * y_step]);
+            for (int64_t k = 0; k < count; ++k) {
+                const double sum = x[k * x_step] + y[k * y_step];
+                patterns(z)[k * z_step] = __builtin_bit_cast(std::uint64_t, sum) ^ SignBit;
+            }
         },
         int64_t{*incx}, int64_t{*incy}, int64_t{*incz});
 }

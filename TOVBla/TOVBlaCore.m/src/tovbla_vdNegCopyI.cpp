@@ -9,6 +9,8 @@
 BLA_TIERS_VA(tovbla_vdnegcopyi_, (const int* n, const real* x, const int* incx, real* y, const int* incy),
              (n, x, incx, y, incy))
 {
+    if (*n < 1)
+        return; // the increments are not read either
     walk(
         *n,
         [=](int64_t count, int64_t x_step, int64_t y_step) BLA_INLINED {
