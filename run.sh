@@ -8,6 +8,6 @@ cd "$(dirname "$0")"
 project=$PWD
 . scripts/prepare.sh
 install_packages build >&2
-build build -DBLA_BUILD_TESTS=OFF -DBLA_WERROR=ON >&2
+build build -DBLA_BUILD_TESTS=OFF >&2
 cd "$caller"
 exec "$project/build/bin/bla_solve" "$@"
