@@ -11,6 +11,6 @@ install_packages build >&2
 if [ ! -e build/build.ninja ] || ! ninja -C build -n 2>/dev/null | grep -q 'no work to do'; then
     echo "Building (once; a few minutes) ..." >&2
 fi
-build build -DBLA_BUILD_TESTS=OFF -DBLA_WERROR=ON >&2
+build build -DBLA_BUILD_TESTS=OFF >&2
 cd "$caller"
 exec "$project/build/bin/bla_solve" "$@"

@@ -6,45 +6,54 @@ include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ZEFTOVBlaModule)
 
-install(TARGETS ZEFTOVBlaModule EXPORT ZEFTOVBlaModuleTargets
-    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development)
-install(FILES ${module}/TOVBlaModule.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
-target_include_directories(ZEFTOVBlaModule INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
-
-# The Fortran module: its source for any compiler, and compiled. Compiled modules can be read by the compiler
-# versions that share their format only, so each format has a directory of its own.
-if(TARGET tovbla)
-    install(FILES fortran/tovbla.f90 DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
-    if(CMAKE_Fortran_COMPILER_ID STREQUAL GNU)
-        set(format 15)
-        if(CMAKE_Fortran_COMPILER_VERSION VERSION_GREATER_EQUAL 15)
-            set(format 16)
-        endif()
-        set(fortran_dir ${CMAKE_INSTALL_LIBDIR}/fortran/gfortran-mod-${format})
-        install(FILES ${PROJECT_BINARY_DIR}/fortran/tovbla.mod DESTINATION ${fortran_dir} COMPONENT development)
-        target_include_directories(ZEFTOVBlaModule INTERFACE
-            $<INSTALL_INTERFACE:$<$<COMPILE_LANGUAGE:Fortran>:$<INSTALL_PREFIX>/${fortran_dir}>>)
+# bla_install_fortran_module(NAME LIBRARY): its source for any compiler, and compiled. Compiled modules can be read by
+# the compiler versions that share their format only, so each format has a directory of its own.
+function(bla_install_fortran_module name library)
+    if(NOT TARGET ${name})
+        return()
     endif()
-endif()
+    install(FILES fortran/${name}.f90 DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+    if(NOT CMAKE_Fortran_COMPILER_ID STREQUAL GNU)
+        return()
+    endif()
+    set(format 15)
+    if(CMAKE_Fortran_COMPILER_VERSION VERSION_GREATER_EQUAL 15)
+        set(format 16)
+    endif()
+    set(fortran_dir ${CMAKE_INSTALL_LIBDIR}/fortran/gfortran-mod-${format})
+    set(fortran_dir ${fortran_dir} PARENT_SCOPE) # for pkg-config
+    install(FILES ${PROJECT_BINARY_DIR}/fortran/${name}.mod DESTINATION ${fortran_dir} COMPONENT development)
+    target_include_directories(${library} INTERFACE
+        $<INSTALL_INTERFACE:$<$<COMPILE_LANGUAGE:Fortran>:$<INSTALL_PREFIX>/${fortran_dir}>>)
+endfunction()
 
-# find_package(ZEFTOVBlaModule CONFIG)
-install(EXPORT ZEFTOVBlaModuleTargets NAMESPACE ZEFTOVBlaModule:: DESTINATION ${package_dir}
-    FILE ZEFTOVBlaModuleConfig.cmake COMPONENT development)
+# bla_install_library(LIBRARY HEADER FORTRAN_MODULE PKG_CONFIG_NAME DESCRIPTION): a library, its header, its Fortran
+# module, LIBRARY::LIBRARY of the CMake package, and its pkg-config file.
+function(bla_install_library library header fortran_module name description)
+    install(TARGETS ${library} EXPORT ${library}Targets
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development)
+    install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+    target_include_directories(${library} INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+    bla_install_fortran_module(${fortran_module} ${library})
+    install(EXPORT ${library}Targets NAMESPACE ${library}:: DESTINATION ${package_dir} COMPONENT development)
+
+    file(RELATIVE_PATH prefix_from_pc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+    string(REGEX REPLACE "/$" "" prefix_from_pc ${prefix_from_pc})
+    set(fortran_flags)
+    if(fortran_dir)
+        set(fortran_flags " -I\${fmoddir}")
+    endif()
+    configure_file(cmake/pkgconfig.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+        COMPONENT development)
+endfunction()
+bla_install_library(ZEFTOVBlaModule ${module}/TOVBlaModule.h tovbla zeftovblamodule "${PROJECT_DESCRIPTION}")
+
+# find_package(ZEFTOVBlaModule CONFIG): the targets of every library that is installed.
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/ZEFTOVBlaModuleConfigVersion.cmake
     VERSION ${PROJECT_VERSION} COMPATIBILITY SameMajorVersion)
-install(FILES ${PROJECT_BINARY_DIR}/ZEFTOVBlaModuleConfigVersion.cmake DESTINATION ${package_dir}
-    COMPONENT development)
-
-# pkg-config zeftovblamodule
-file(RELATIVE_PATH prefix_from_pc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-string(REGEX REPLACE "/$" "" prefix_from_pc ${prefix_from_pc})
-set(fortran_flags)
-if(fortran_dir)
-    set(fortran_flags " -I\${fmoddir}")
-endif()
-configure_file(cmake/zeftovblamodule.pc.in ${PROJECT_BINARY_DIR}/zeftovblamodule.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/zeftovblamodule.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
-    COMPONENT development)
+install(FILES cmake/ZEFTOVBlaModuleConfig.cmake ${PROJECT_BINARY_DIR}/ZEFTOVBlaModuleConfigVersion.cmake
+    DESTINATION ${package_dir} COMPONENT development)
 
 # The programs, each with its man page. They find the library of the tree they stand in, wherever that tree is.
 file(RELATIVE_PATH lib_from_bin /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})

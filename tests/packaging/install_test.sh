@@ -25,9 +25,14 @@ for file in "$lib/libZEFTOVBlaModule.so.1" "$prefix/include/TOVBlaModule.h" "$pr
 done
 objdump -p "$lib/libZEFTOVBlaModule.so" | grep -q 'SONAME *libZEFTOVBlaModule.so.1$' || fail "soname"
 [ "$(readlink "$lib/libZEFTOVBlaModule.so.1")" = libZEFTOVBlaModule.so.1.0.0 ] || fail "version"
-if grep -rIlE "$source|$build|$scratch/first" "$prefix"; then
+mkdir "$scratch/text" # compressed files, compiled Fortran modules among them, as what they hold
+for file in $(LC_ALL=C grep -rlaP '^\x1f\x8b' "$prefix"); do zcat "$file" >"$scratch/text/$(basename "$file")"; done
+if grep -rlaE "$source|$build|$scratch/first" "$prefix" "$scratch/text"; then
     fail "these files name the source tree, the build tree or the first prefix"
 fi
+# A cached object may name another directory than this one.
+! readelf --debug-dump=info "$lib/libZEFTOVBlaModule.so" | grep 'DW_AT_comp_dir.*: /' || fail "a directory in the debug information"
+[ -s "$scratch/text/tovbla.mod" ] || fail "the compiled module was not looked into"
 
 export LD_LIBRARY_PATH=$lib PKG_CONFIG_PATH=$lib/pkgconfig
 
