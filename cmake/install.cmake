@@ -48,6 +48,10 @@ function(bla_install_library library header fortran_module name description)
         COMPONENT development)
 endfunction()
 bla_install_library(ZEFTOVBlaModule ${module}/TOVBlaModule.h tovbla zeftovblamodule "${PROJECT_DESCRIPTION}")
+if(TARGET ZEFTOVBlaSolver)
+    bla_install_library(ZEFTOVBlaSolver solver/TOVBlaSolver.h tovbla_solver zeftovblasolver "Sparse direct solver")
+    set_target_properties(ZEFTOVBlaSolver PROPERTIES INSTALL_RPATH $ORIGIN) # where the module is
+endif()
 
 # find_package(ZEFTOVBlaModule CONFIG): the targets of every library that is installed.
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/ZEFTOVBlaModuleConfigVersion.cmake
@@ -75,5 +79,6 @@ bla_install_program(bla_solve "solve a sparse linear system front by front")
 bla_install_program(bla_info "tell what the linear algebra module runs on")
 
 install(FILES examples/first_call.cpp examples/first_call.f90 examples/eliminations.cpp
+    examples/first_solve.c examples/first_solve.cpp examples/first_solve.f90
     DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples COMPONENT development)
 install(FILES README.md CHANGELOG.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)

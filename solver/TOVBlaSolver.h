@@ -47,6 +47,13 @@
 extern "C" {
 #endif
 
+/**
+ * @defgroup solver Sparse direct solver
+ *
+ * Handles, options and answers are described in TOVBlaSolver.h.
+ * @{
+ */
+
 /** A solver: options, analysis and factor. */
 typedef struct bla_solver bla_solver;
 
@@ -236,6 +243,8 @@ int bla_solver_schur(const bla_solver* solver, double* c, int64_t ldc);
  */
 int bla_solver_set_monitor(bla_solver* solver, int (*monitor)(void* context, const char* phase, double share),
                            void* context);
+
+/** @} */
 
 #ifdef __cplusplus
 }
