@@ -40,6 +40,10 @@
 #include <stddef.h>
 #include <stdint.h>
 
+#define BLA_VERSION_MAJOR 1 /**< Of this header: changes when callers have to be compiled again. */
+#define BLA_VERSION_MINOR 0 /**< Changes when routines are added. */
+#define BLA_VERSION_PATCH 0 /**< Changes with anything else. */
+
 #ifdef __cplusplus
 #    include <complex>
 /** A complex number of two doubles, real part first. */
