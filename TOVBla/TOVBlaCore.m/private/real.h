@@ -31,3 +31,8 @@ BLA_BODY int64_t elements_up_to(unsigned bytes, const real* p)
 #else
 #    define BLA_NO_OVERLAP _Pragma("GCC ivdep")
 #endif
+
+/// GCC 11 has the shuffle of two vectors by another name, its places as a vector of integers.
+#if !defined(__clang__) && __GNUC__ < 12
+#    define __builtin_shufflevector(a, b, ...) __builtin_shuffle(a, b, decltype((a) < (b)){__VA_ARGS__})
+#endif
