@@ -33,12 +33,12 @@ def loaded(file):
     return {pathlib.Path(path).resolve() for path in re.findall(r"(/\S+) \(0x", listing)}
 
 
-def package_of(path):
-    for spelling in (path, str(path).removeprefix("/usr")):
-        found = subprocess.run(["dpkg", "-S", spelling], capture_output=True, text=True)
-        if found.returncode == 0:
-            return found.stdout.split(":")[0]
-    return None
+def packages_of(paths):
+    """{file: package}; a package may know a file by the name without /usr."""
+    names = [name for path in paths for name in (str(path), str(path).removeprefix("/usr"))]
+    found = subprocess.run(["dpkg", "-S", *names], capture_output=True, text=True).stdout if names else ""
+    known = {line.split(": ")[1]: line.split(":")[0] for line in found.splitlines()}
+    return {path: known.get(str(path), known.get(str(path).removeprefix("/usr"))) for path in paths}
 
 
 def licence(package, files):
@@ -51,13 +51,13 @@ def licence(package, files):
     return None
 
 
-def complaints(file, ours):
-    for path in sorted(loaded(file) - ours):
-        package = package_of(path)
+def complaints(files, ours):
+    loads = {path: file for file in files for path in loaded(file) - ours}
+    for path, package in packages_of(sorted(loads)).items():
         if package in SYSTEM or package in BLAS:
             continue
         if package not in PERMISSIVE:
-            yield f"{file} loads {path} of {package}, whose licence is not listed here"
+            yield f"{loads[path]} loads {path} of {package}, whose licence is not listed here"
         elif licence(package, PERMISSIVE[package][0]) != PERMISSIVE[package][1]:
             yield f"{package}: the licence is {licence(package, PERMISSIVE[package][0])}, not {PERMISSIVE[package][1]}"
 
@@ -67,7 +67,7 @@ def self_test():
         program = scratch + "/program"
         subprocess.run(["cc", "-x", "c", "-", "-o", program, "-Wl,--no-as-needed", "-lcholmod"], check=True, text=True,
                        input="int main(void) { return 0; }")
-        found = list(complaints(program, set()))
+        found = list(complaints([program], set()))
     assert any("libcholmod" in line for line in found), found
     assert any("libcamd" in line for line in found), found  # what CHOLMOD loads in turn
 
@@ -77,6 +77,6 @@ if __name__ == "__main__":
         self_test()
         sys.exit()
     ours = {pathlib.Path(file).resolve() for file in sys.argv[1:]}
-    wrong = [line for file in sys.argv[1:] for line in complaints(file, ours)]
+    wrong = list(complaints(sys.argv[1:], ours))
     print("\n".join(wrong) or f"{len(ours)} files load nothing of another licence")
     sys.exit(bool(wrong))
