@@ -11,8 +11,9 @@ upstream=$(dpkg-parsechangelog -S Version | sed 's/-[^-]*$//')
 name=zeftovblamodule-$upstream
 rm -rf build-package
 mkdir build-package
-git archive --prefix="$name/" -o "build-package/zeftovblamodule_$upstream.orig.tar.gz" HEAD
+git archive --prefix="$name/" -o "build-package/zeftovblamodule_$upstream.orig.tar.gz" HEAD . ':!debian'
 tar -xzf "build-package/zeftovblamodule_$upstream.orig.tar.gz" -C build-package
+git archive HEAD debian | tar -x -C "build-package/$name"
 cd "build-package/$name"
 # debhelper hides the caller's home, and with it the cache of ccache.
 if command -v ccache >/dev/null; then
