@@ -21,5 +21,4 @@ if command -v ccache >/dev/null; then
     export CCACHE_DIR
 fi
 dpkg-buildpackage -us -uc "${@:---build=binary}" >../log 2>&1 || { tail -n 40 ../log; exit 1; }
-cd ..
-ls "$PWD"/*.deb
+find "${PWD%/*}" -maxdepth 1 -name '*.deb' -o -maxdepth 1 -name '*.dsc' | sort
