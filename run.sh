@@ -8,6 +8,9 @@ cd "$(dirname "$0")"
 project=$PWD
 . scripts/prepare.sh
 install_packages build >&2
+if [ ! -e build/build.ninja ] || ! ninja -C build -n 2>/dev/null | grep -q 'no work to do'; then
+    echo "Building (once; a few minutes) ..." >&2
+fi
 build build -DBLA_BUILD_TESTS=OFF -DBLA_WERROR=ON >&2
 cd "$caller"
 exec "$project/build/bin/bla_solve" "$@"

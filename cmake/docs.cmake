@@ -5,15 +5,15 @@ if(NOT DOXYGEN_FOUND)
     message(STATUS "Without the reference manual: doxygen is not installed")
     return()
 endif()
-set(manual_dir ${CMAKE_BINARY_DIR}/manual)
-configure_file(docs/Doxyfile.in ${CMAKE_BINARY_DIR}/Doxyfile @ONLY)
+set(manual_dir ${PROJECT_BINARY_DIR}/manual)
+configure_file(docs/Doxyfile.in ${PROJECT_BINARY_DIR}/Doxyfile @ONLY)
 add_custom_command(OUTPUT ${manual_dir}/done
-    DEPENDS ${CMAKE_BINARY_DIR}/Doxyfile ${module}/TOVBlaModule.h examples/eliminations.cpp cmake/manual_pages.cmake
+    DEPENDS ${PROJECT_BINARY_DIR}/Doxyfile ${module}/TOVBlaModule.h examples/eliminations.cpp cmake/manual_pages.cmake
         docs/getting-started.md docs/guide.md docs/bit-identity.md docs/backends.md docs/adding-a-kernel.md
     COMMAND ${CMAKE_COMMAND} -E rm -rf ${manual_dir}
     COMMAND ${CMAKE_COMMAND} -E make_directory ${manual_dir}
-    COMMAND Doxygen::doxygen ${CMAKE_BINARY_DIR}/Doxyfile
-    COMMAND ${CMAKE_COMMAND} -DPAGES=${manual_dir}/man/man3 -P ${CMAKE_SOURCE_DIR}/cmake/manual_pages.cmake
+    COMMAND Doxygen::doxygen ${PROJECT_BINARY_DIR}/Doxyfile
+    COMMAND ${CMAKE_COMMAND} -DPAGES=${manual_dir}/man/man3 -P ${PROJECT_SOURCE_DIR}/cmake/manual_pages.cmake
     COMMAND ${CMAKE_COMMAND} -E touch ${manual_dir}/done
     COMMENT "Generating the reference manual" VERBATIM)
 add_custom_target(manual ALL DEPENDS ${manual_dir}/done)

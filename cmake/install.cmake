@@ -21,7 +21,7 @@ if(TARGET tovbla)
             set(format 16)
         endif()
         set(fortran_dir ${CMAKE_INSTALL_LIBDIR}/fortran/gfortran-mod-${format})
-        install(FILES ${CMAKE_BINARY_DIR}/fortran/tovbla.mod DESTINATION ${fortran_dir} COMPONENT development)
+        install(FILES ${PROJECT_BINARY_DIR}/fortran/tovbla.mod DESTINATION ${fortran_dir} COMPONENT development)
         target_include_directories(ZEFTOVBlaModule INTERFACE
             $<INSTALL_INTERFACE:$<$<COMPILE_LANGUAGE:Fortran>:$<INSTALL_PREFIX>/${fortran_dir}>>)
     endif()
@@ -30,9 +30,9 @@ endif()
 # find_package(ZEFTOVBlaModule CONFIG)
 install(EXPORT ZEFTOVBlaModuleTargets NAMESPACE ZEFTOVBlaModule:: DESTINATION ${package_dir}
     FILE ZEFTOVBlaModuleConfig.cmake COMPONENT development)
-write_basic_package_version_file(${CMAKE_BINARY_DIR}/ZEFTOVBlaModuleConfigVersion.cmake
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/ZEFTOVBlaModuleConfigVersion.cmake
     VERSION ${PROJECT_VERSION} COMPATIBILITY SameMajorVersion)
-install(FILES ${CMAKE_BINARY_DIR}/ZEFTOVBlaModuleConfigVersion.cmake DESTINATION ${package_dir}
+install(FILES ${PROJECT_BINARY_DIR}/ZEFTOVBlaModuleConfigVersion.cmake DESTINATION ${package_dir}
     COMPONENT development)
 
 # pkg-config zeftovblamodule
@@ -42,8 +42,8 @@ set(fortran_flags)
 if(fortran_dir)
     set(fortran_flags " -I\${fmoddir}")
 endif()
-configure_file(cmake/zeftovblamodule.pc.in ${CMAKE_BINARY_DIR}/zeftovblamodule.pc @ONLY)
-install(FILES ${CMAKE_BINARY_DIR}/zeftovblamodule.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+configure_file(cmake/zeftovblamodule.pc.in ${PROJECT_BINARY_DIR}/zeftovblamodule.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/zeftovblamodule.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
     COMPONENT development)
 
 # The programs, each with its man page. They find the library of the tree they stand in, wherever that tree is.
@@ -54,10 +54,10 @@ function(bla_install_program program purpose)
     endif()
     set_target_properties(${program} PROPERTIES INSTALL_RPATH $ORIGIN/${lib_from_bin})
     install(TARGETS ${program} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
-    set(page ${CMAKE_BINARY_DIR}/man/${program}.1)
+    set(page ${PROJECT_BINARY_DIR}/man/${program}.1)
     add_custom_command(OUTPUT ${page} DEPENDS ${program} cmake/program_man.cmake
         COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:${program}> -DNAME=${program} -DPURPOSE=${purpose}
-            -DVERSION=${PROJECT_VERSION} -DOUTPUT=${page} -P ${CMAKE_SOURCE_DIR}/cmake/program_man.cmake
+            -DVERSION=${PROJECT_VERSION} -DOUTPUT=${page} -P ${PROJECT_SOURCE_DIR}/cmake/program_man.cmake
         VERBATIM)
     add_custom_target(${program}_man ALL DEPENDS ${page})
     install(FILES ${page} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)

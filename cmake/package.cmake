@@ -26,7 +26,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY
 
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libzeftovblamodule${PROJECT_VERSION_MAJOR})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${CMAKE_SOURCE_DIR}/packaging/debian/triggers)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/debian/triggers)
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "Elimination of dense fronts, scaled products, block assembly, Cholesky
 modification, sparse products, and a facade over BLAS and LAPACK. The
 kernels give the same bits on every processor.")
@@ -50,9 +50,9 @@ string(SUBSTRING "${license_text}" ${first_line} -1 license_text)
 string(STRIP "${license_text}" license_text)
 string(REPLACE "\n\n" "\n.\n" license_text "${license_text}")
 string(REPLACE "\n" "\n " license_text " ${license_text}")
-configure_file(packaging/debian/copyright.in ${CMAKE_BINARY_DIR}/debian/copyright @ONLY)
-configure_file(packaging/debian/changelog.in ${CMAKE_BINARY_DIR}/debian/changelog @ONLY)
-set(CPACK_BLA_SOURCE_DIR ${CMAKE_SOURCE_DIR})
-set(CPACK_BLA_DEBIAN_DIR ${CMAKE_BINARY_DIR}/debian)
-set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_SOURCE_DIR}/packaging/debian/finish.cmake)
+configure_file(packaging/debian/copyright.in ${PROJECT_BINARY_DIR}/debian/copyright @ONLY)
+configure_file(packaging/debian/changelog.in ${PROJECT_BINARY_DIR}/debian/changelog @ONLY)
+set(CPACK_BLA_SOURCE_DIR ${PROJECT_SOURCE_DIR})
+set(CPACK_BLA_DEBIAN_DIR ${PROJECT_BINARY_DIR}/debian)
+set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/packaging/debian/finish.cmake)
 include(CPack)

@@ -128,6 +128,19 @@ module tovbla_solver
             integer(c_int32_t), intent(out) :: unknowns(*)
         end function
 
+        ! Unknowns of a singular matrix that, if held, would leave no motion free.
+        integer(c_int) function bla_solver_unheld(solver, unknowns) bind(c)
+            import :: c_int, c_int32_t, c_ptr
+            type(c_ptr), value :: solver
+            integer(c_int32_t), intent(out) :: unknowns(*)
+        end function
+
+        ! A sentence on what bla_solver_refine found, ended by a null character.
+        type(c_ptr) function bla_solver_verdict(solver) bind(c)
+            import :: c_ptr
+            type(c_ptr), value :: solver
+        end function
+
         ! The Schur complement of the unknowns that were kept.
         integer(c_int) function bla_solver_schur(solver, c, ldc) bind(c)
             import :: c_double, c_int, c_int64_t, c_ptr

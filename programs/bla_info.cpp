@@ -4,6 +4,7 @@
 // name in the running process, as the dynamic linker does it for the module.
 #include "TOVBlaModule.h"
 #include "processor.h"
+#include "standard_output.h"
 
 #include <climits>
 #include <cstdio>
@@ -20,8 +21,11 @@ const char* const help = R"(usage: bla_info [--json]
 Prints the version of the module, the features of the processor and the tier that the kernels run, the BLAS and
 LAPACK files in use in this process, how each returns complex values, and the number of threads.
 
-  --json   the same as one JSON object
-  --help   this text
+  --json      the same as one JSON object
+  --version   the version of the program
+  --help      this text
+
+Exit status 0; 1 where the output cannot be written, 2 for an unknown option.
 
 Another BLAS for the same binary: LD_LIBRARY_PATH=/path/of/its/libblas.so.3 bla_info
 )";
@@ -127,13 +131,14 @@ std::string joined(const std::vector<std::string>& words, const char* between)
 
 int main(int argc, char** argv)
 {
+    standard::prepare();
     bool json = false;
     for (int i = 1; i < argc; ++i) {
-        if (!std::strcmp(argv[i], "--help")) {
-            std::fputs(help, stdout);
-            return 0;
-        }
-        if (std::strcmp(argv[i], "--json")) {
+        if (!std::strcmp(argv[i], "--help"))
+            return standard::print("bla_info", help);
+        if (!std::strcmp(argv[i], "--version"))
+            return standard::print("bla_info", "bla_info " BLA_VERSION "\n");
+        if (std::strcmp(argv[i], "--json") != 0) {
             std::fprintf(stderr, "bla_info: what is '%s'? See --help.\n", argv[i]);
             return 2;
         }
@@ -168,7 +173,7 @@ int main(int argc, char** argv)
         std::printf("  \"threads\": {\"count\": %d, \"set_by\": %s, \"file\": %s}\n}\n", threads,
                     control ? quoted(control).c_str() : "null",
                     control ? quoted(controller).c_str() : "null");
-        return 0;
+        return standard::finish("bla_info");
     }
 
     std::printf("module     %s\n           %s\n", BLA_VERSION, module.c_str());
@@ -182,5 +187,5 @@ int main(int argc, char** argv)
                     controller.c_str());
     else
         std::printf("threads    %d; the library has no thread control that the module knows\n", threads);
-    return 0;
+    return standard::finish("bla_info");
 }

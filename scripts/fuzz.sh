@@ -5,8 +5,8 @@
 #
 #     scripts/fuzz.sh [SECONDS] [kernels|matrix_market]      each target so long (600), or one of them
 #
-# New inputs are collected under build/fuzz; a finding is written to the present directory, and its program runs it
-# again: build/fuzz/bin/libfuzzer_kernels crash-...
+# New inputs are collected under build/fuzz; a finding is written to the root of the tree, and its program runs it again:
+# build/fuzz/bin/libfuzzer_kernels finding-kernels-crash-...
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/prepare.sh
@@ -19,7 +19,10 @@ BLA_TARGETS="libfuzzer_kernels libfuzzer_matrix_market" build "$directory" -DCMA
     -DBLA_BUILD_PROGRAMS=OFF -DBLA_BUILD_EXAMPLES=OFF -DBLA_BUILD_TESTS=ON -DBLA_FUZZERS=ON
 for target in $targets; do
     mkdir -p "$directory/corpus/$target"
-    OPENBLAS_NUM_THREADS=1 "$directory/bin/libfuzzer_$target" -max_total_time="$seconds" -max_len=512 \
-        -rss_limit_mb=4096 -print_final_stats=1 "$directory/corpus/$target" "tests/fuzz/corpus/$target" \
+    longest=512
+    [ "$target" = kernels ] || longest=2048
+    OPENBLAS_NUM_THREADS=1 "$directory/bin/libfuzzer_$target" -max_total_time="$seconds" -max_len=$longest \
+        -rss_limit_mb=4096 -print_final_stats=1 -artifact_prefix="finding-$target-" \
+        "$directory/corpus/$target" "tests/fuzz/corpus/$target" \
         2>&1 | grep -vE 'NEW|REDUCE|pulse|RELOAD'
 done

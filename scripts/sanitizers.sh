@@ -20,6 +20,7 @@ if [ "${1-}" = --short ]; then
     shift
 fi
 install_packages build test long
+export BLA_TEST_SEED=${BLA_TEST_SEED:-random}
 
 # leg NAME FLAGS TARGETS TESTS [CMAKE OPTION...]
 leg() {

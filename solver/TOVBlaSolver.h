@@ -113,15 +113,16 @@ int bla_solver_set(bla_solver* solver, const char* option, double value);
  * `ordering_used` (1, 2 or 3, as for the option); `seconds_analyse`.
  *
  * After bla_solver_factorise: `positive_pivots` and `negative_pivots` (used as they came: with no others, the
- * inertia of a symmetric A), `replaced_pivots`, `shifted_pivots`, `structural_rank` (entries of the diagonal
- * that can be made nonzero by exchanging rows, for a symmetric matrix the rows with nonzero entries);
- * `seconds_factorise`.
+ * inertia of a symmetric A), `replaced_pivots`, `shifted_pivots`; `unheld_motions`, the dimension of the null
+ * space where A was found singular, else 0; `structural_rank` (entries of the diagonal that can be made
+ * nonzero by exchanging rows; of a symmetric matrix the rows that are not zero); `threads_used`; `seconds_factorise`.
  *
  * After bla_solver_solve: `seconds_solve` of the last call.
  *
- * After bla_solver_refine, the worst of its columns: `residual`, the componentwise backward error of x;
- * `error_estimate`, a bound of the relative error of x in the maximum norm, with an estimated condition
- * number (Arioli, Demmel, Duff 1989): infinity where nothing is known; `refinement_steps`; `seconds_refine`.
+ * After bla_solver_refine, the worst of its columns: `residual`, |b - A·x| / (|A|·|x| + |b|) in maximum
+ * norms; `backward_error`, the componentwise one (Arioli, Demmel, Duff 1989); `error_estimate`, a bound on
+ * the relative error of x in the maximum norm from that and an estimated condition number, infinity where A
+ * is not found regular; `condition`, the estimate in it; `trusted`, 1 or 0 (see bla_solver_verdict); `refinement_steps`; `seconds_refine`.
  */
 int bla_solver_get(const bla_solver* solver, const char* quantity, double* value);
 
@@ -136,7 +137,8 @@ int bla_solver_set_order(bla_solver* solver, int32_t n, const int32_t* order);
 
 /**
  * Unknowns that the next analyses keep, for static condensation: factorise eliminates all others first and
- * makes the Schur complement of these available. Solutions are those of the whole system all the same.
+ * makes the Schur complement of these available. Solutions are those of the whole system all the same. With
+ * unknowns kept, tiny pivots are replaced, or shifted as `shift` says, and nothing else is tried.
  * @param count their number; 0 forgets them
  * @param unknowns [count] different ones; their order is that of bla_solver_schur
  */
@@ -201,6 +203,21 @@ int bla_solver_pivots(const bla_solver* solver, double* d);
  * @param[out] unknowns as many as `replaced_pivots` says
  */
 int bla_solver_replaced(const bla_solver* solver, int32_t* unknowns);
+
+/**
+ * Unknowns of a singular matrix that, if they were held, would leave no motion free: of a structure, where
+ * supports are missing.
+ * @param[out] unknowns as many as `unheld_motions` says, ascending
+ */
+int bla_solver_unheld(const bla_solver* solver, int32_t* unknowns);
+
+/**
+ * A sentence on what bla_solver_refine found, for people: "solved", "solved; ill-conditioned: ...", or one
+ * that begins with "NOT TO BE TRUSTED: " (no digit is certain, or this is one of many answers) or "NOT
+ * SOLVED: " (the residual is larger than rounding explains), and why; unknowns are counted from 1 in it.
+ * Valid until the next call with this handle; "" where nothing was refined.
+ */
+const char* bla_solver_verdict(const bla_solver* solver);
 
 /**
  * The Schur complement of the unknowns given to bla_solver_set_schur: A(k,k) - A(k,e)·A(e,e)⁻¹·A(e,k), k the

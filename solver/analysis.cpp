@@ -1,82 +1,179 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "analysis.h"
 
-#include <cholmod.h>
+#include "order.h"
+#include "supernodes.h"
 
 #include <algorithm>
-#include <numeric>
 #include <stdexcept>
-#include <string>
 
 namespace {
 
-struct Cholmod
+constexpr std::int32_t bothOrders = 30000; // up to here two orders cost less than the better one saves
+
+// The order, with every late vertex moved behind the last of its neighbours that are not late, and what is
+// kept behind all.
+std::vector<std::int32_t> postponed(const Graph& graph, std::vector<std::int32_t> order,
+                                    const std::vector<char>& late)
 {
-    cholmod_common common;
-    cholmod_factor* factor = nullptr;
+    const auto isLate = [&](std::int32_t v) { return !late.empty() && late[graph.member[graph.first[v]]]; };
+    std::vector<std::int32_t> place(graph.n), key(graph.n);
+    for (std::int32_t k = 0; k < graph.n; ++k)
+        place[order[k]] = k;
+    for (std::int32_t v = 0; v < graph.n; ++v) {
+        key[v] = place[v];
+        if (isLate(v))
+            for (std::int64_t p = graph.start[v]; p < graph.start[v + 1]; ++p)
+                if (!isLate(graph.neighbour[p]))
+                    key[v] = std::max(key[v], place[graph.neighbour[p]]);
+    }
+    if (graph.kept >= 0)
+        key[graph.kept] = graph.n;
+    std::stable_sort(order.begin(), order.end(), [&](std::int32_t x, std::int32_t y) {
+        return key[x] != key[y] ? key[x] < key[y] : isLate(x) < isLate(y);
+    });
+    return order;
+}
 
-    Cholmod()
-    {
-        cholmod_start(&common);
-        common.print = 0;
-        common.supernodal = CHOLMOD_SUPERNODAL;
-        common.method[1].ordering = CHOLMOD_AMD;
-        common.method[0].ordering = CHOLMOD_METIS;
-    }
-    ~Cholmod()
-    {
-        cholmod_free_factor(&factor, &common);
-        cholmod_finish(&common);
-    }
-    Cholmod(const Cholmod&) = delete;
-    Cholmod& operator=(const Cholmod&) = delete;
+std::vector<std::int32_t> checkedOrder(std::int32_t n, const std::int32_t* order)
+{
+    std::vector<char> seen(n, 0);
+    for (std::int32_t k = 0; k < n; ++k)
+        if (!order || order[k] < 0 || order[k] >= n || seen[order[k]]++)
+            throw std::invalid_argument("the order of elimination must name every unknown once");
+    return std::vector<std::int32_t>(order, order + n);
+}
 
-    // Ordering, elimination tree, column counts and supernodes of the upper half of the pattern.
-    void run(const SparseMatrix& a, std::vector<int>* order)
-    {
-        cholmod_sparse pattern{};
-        pattern.nrow = pattern.ncol = a.n;
-        pattern.nzmax = a.entries();
-        pattern.p = const_cast<int*>(a.start.data());
-        pattern.i = const_cast<int*>(a.column.data());
-        pattern.stype = 1;
-        pattern.itype = CHOLMOD_INT;
-        pattern.xtype = CHOLMOD_PATTERN;
-        pattern.sorted = pattern.packed = 1;
-        cholmod_free_factor(&factor, &common);
-        if (order) {
-            common.nmethods = 1;
-            common.method[0].ordering = CHOLMOD_GIVEN;
-            factor = cholmod_analyze_p(&pattern, order->data(), nullptr, 0, &common);
-        } else {
-            common.nmethods = a.n > 30000 ? 1 : 2;
-            factor = cholmod_analyze(&pattern, &common);
-        }
-        if (!factor || common.status != CHOLMOD_OK)
-            throw std::runtime_error("the symbolic analysis failed: " +
-                                     std::string(common.status == CHOLMOD_TOO_LARGE ? "problem too large"
-                                                 : common.status == CHOLMOD_OUT_OF_MEMORY
-                                                     ? "out of memory"
-                                                     : "internal error"));
-    }
+// Of vertices, from one of unknowns.
+std::vector<std::int32_t> givenOrder(const Graph& graph, const std::vector<std::int32_t>& order)
+{
+    std::vector<std::int32_t> vertexOf(order.size()), result;
+    for (std::int32_t v = 0; v < graph.n; ++v)
+        for (std::int32_t k = graph.first[v]; k < graph.first[v + 1]; ++k)
+            vertexOf[graph.member[k]] = v;
+    for (std::int32_t i : order)
+        if (vertexOf[i] != graph.kept)
+            result.push_back(vertexOf[i]);
+    if (graph.kept >= 0)
+        result.push_back(graph.kept);
+    return result;
+}
+
+struct Chosen
+{
+    Graph graph;
+    Elimination elimination;
+    Ordering ordering;
 };
 
-// The given order, with every late unknown moved behind the last of its neighbours that are not late.
-std::vector<int> postponed(const SparseMatrix& a, const int* order, const std::vector<char>& late)
+Chosen choose(const Pattern& pattern, const std::vector<char>& late, const AnalysisOptions& options)
 {
-    std::vector<int> place(a.n), key(a.n), result(order, order + a.n);
-    for (int k = 0; k < a.n; ++k)
-        place[order[k]] = k;
-    for (int i = 0; i < a.n; ++i) {
-        key[i] = place[i];
-        if (late[i])
-            for (int p = a.start[i]; p < a.start[i + 1]; ++p)
-                if (!late[a.column[p]])
-                    key[i] = std::max(key[i], place[a.column[p]]);
+    if (options.ordering == Ordering::given) {
+        Graph graph = plainGraph(pattern, options.kept);
+        Elimination elimination = eliminate(graph, givenOrder(graph, checkedOrder(pattern.n, options.order)));
+        return {std::move(graph), std::move(elimination), Ordering::given};
     }
-    std::stable_sort(result.begin(), result.end(),
-                     [&](int x, int y) { return key[x] != key[y] ? key[x] < key[y] : late[x] < late[y]; });
-    return result;
+    Chosen best{compressedGraph(pattern, late, options.kept), {}, Ordering::choose};
+    const bool metis = options.ordering != Ordering::amd && metisTakes(best.graph.start.back());
+    const bool amd = !metis || (options.ordering == Ordering::choose && pattern.n <= bothOrders);
+    const auto consider = [&](std::vector<std::int32_t> order, Ordering ordering) {
+        Elimination e = eliminate(best.graph, postponed(best.graph, std::move(order), late));
+        if (best.ordering == Ordering::choose || e.entries < best.elimination.entries) {
+            best.elimination = std::move(e);
+            best.ordering = ordering;
+        }
+    };
+    if (metis)
+        consider(metisOrder(best.graph), Ordering::metis);
+    if (amd)
+        consider(amdOrder(pattern, best.graph), Ordering::amd);
+    return best;
+}
+
+void numberUnknowns(const Graph& graph, const std::vector<std::int32_t>& vertices, Analysis& result)
+{
+    result.permutation.reserve(result.n);
+    for (std::int32_t v : vertices)
+        result.permutation.insert(result.permutation.end(), graph.member.begin() + graph.first[v],
+                                  graph.member.begin() + graph.first[v + 1]);
+    result.inverse.resize(result.n);
+    for (int k = 0; k < result.n; ++k)
+        result.inverse[result.permutation[k]] = k;
+}
+
+void layOut(const Supernodes& nodes, Analysis& result)
+{
+    int first = 0;
+    std::int64_t rows = 0;
+    for (const Supernode& node : nodes.list) {
+        Front front{};
+        front.first = first;
+        front.pivots = node.pivots;
+        front.order = node.order;
+        front.parent = node.parent;
+        front.rows = rows;
+        front.panel = result.panelEntries;
+        front.right = result.rightEntries;
+        const std::int64_t pivots = front.pivots, rest = front.rest();
+        first += front.pivots;
+        rows += front.order;
+        result.panelEntries += pivots * front.order;
+        result.rightEntries += pivots * rest;
+        result.lowerEntries += pivots * (pivots + 1) / 2 + pivots * rest;
+        result.largestFront = std::max(result.largestFront, front.order);
+        result.flops += front.flops();
+        result.fronts.push_back(front);
+    }
+    for (auto front = result.fronts.rbegin(); front != result.fronts.rend(); ++front)
+        front->depth = front->parent < 0 ? 0 : result.fronts[front->parent].depth + 1;
+}
+
+// A row is in the front of its own pivot and in all on the ways there from the fronts where its entries are
+// pivots. Rows come in ascending order, so that each front's list does.
+void listRows(const Graph& graph, const Supernodes& nodes, Analysis& result)
+{
+    const auto count = static_cast<std::int32_t>(nodes.list.size());
+    result.rows.resize(count == 0 ? 0 : result.fronts.back().rows + result.fronts.back().order);
+    std::vector<std::int32_t> frontOf(graph.n), last(count, -1);
+    std::vector<std::int64_t> next(count);
+    for (std::int32_t f = 0, k = 0; f < count; ++f) {
+        next[f] = result.fronts[f].rows;
+        for (; k < nodes.list[f].end; ++k)
+            frontOf[nodes.vertex[k]] = f;
+    }
+    int row = 0;
+    for (std::int32_t v : nodes.vertex) {
+        const std::int32_t weight = graph.weight(v);
+        const auto enter = [&](std::int32_t f) {
+            last[f] = v;
+            for (int i = 0; i < weight; ++i)
+                result.rows[next[f]++] = row + i;
+        };
+        enter(frontOf[v]);
+        for (std::int64_t p = graph.start[v]; p < graph.start[v + 1]; ++p)
+            for (std::int32_t f = frontOf[graph.neighbour[p]]; f < frontOf[v] && last[f] != v;
+                 f = nodes.list[f].parent)
+                enter(f);
+        row += weight;
+    }
+}
+
+// Contributions are stacked, one stack for even depths and one for odd: those of a front's children lie on
+// top of the other stack, so that its own can be put down before they are taken away.
+void measureStacks(Analysis& result)
+{
+    std::int64_t used[2] = {0, 0};
+    std::vector<std::int64_t> children(result.fronts.size(), 0);
+    for (std::size_t f = 0; f < result.fronts.size(); ++f) {
+        const Front& front = result.fronts[f];
+        const int parity = front.depth % 2;
+        const std::int64_t size = static_cast<std::int64_t>(front.rest()) * front.rest();
+        used[parity] += size;
+        result.stack[parity] = std::max(result.stack[parity], used[parity]);
+        used[1 - parity] -= children[f];
+        if (front.parent >= 0)
+            children[front.parent] += size;
+    }
 }
 
 } // namespace
@@ -90,68 +187,18 @@ double Front::flops() const
     return sum;
 }
 
-Analysis analyse(const SparseMatrix& a, const std::vector<char>& late)
+Analysis analyse(const Pattern& pattern, const std::vector<char>& late, const AnalysisOptions& options)
 {
-    Cholmod cholmod;
-    cholmod.run(a, nullptr);
+    const Chosen chosen = choose(pattern, late, options);
+    const Supernodes nodes = supernodes(chosen.graph, chosen.elimination);
     Analysis result;
-    result.ordering = cholmod.factor->ordering == CHOLMOD_METIS ? "METIS" : "AMD";
-    if (std::find(late.begin(), late.end(), 1) != late.end()) {
-        std::vector<int> order = postponed(a, static_cast<const int*>(cholmod.factor->Perm), late);
-        cholmod.run(a, &order);
-    }
-
-    const cholmod_factor& l = *cholmod.factor;
-    const int* super = static_cast<const int*>(l.super);
-    const int* rowStart = static_cast<const int*>(l.pi);
-    const int* rows = static_cast<const int*>(l.s);
-    const int* order = static_cast<const int*>(l.Perm);
-    result.n = a.n;
-    result.permutation.assign(order, order + a.n);
-    result.inverse.resize(a.n);
-    for (int k = 0; k < a.n; ++k)
-        result.inverse[order[k]] = k;
-    result.rows.assign(rows, rows + l.ssize);
-
-    const int count = static_cast<int>(l.nsuper);
-    std::vector<int> frontOf(a.n);
-    for (int f = 0; f < count; ++f)
-        std::fill(frontOf.begin() + super[f], frontOf.begin() + super[f + 1], f);
-    for (int f = 0; f < count; ++f) {
-        Front front{};
-        front.first = super[f];
-        front.pivots = super[f + 1] - super[f];
-        front.order = rowStart[f + 1] - rowStart[f];
-        front.rows = rowStart[f];
-        front.parent = front.rest() > 0 ? frontOf[result.rows[front.rows + front.pivots]] : -1;
-        front.panel = result.panelEntries;
-        result.panelEntries += static_cast<std::int64_t>(front.order) * front.pivots;
-        result.largestFront = std::max(result.largestFront, front.order);
-        front.right = result.rightEntries;
-        const std::int64_t pivots = front.pivots, rest = front.rest();
-        result.rightEntries += pivots * rest;
-        result.lowerEntries += pivots * (pivots + 1) / 2 + pivots * rest;
-        result.flops += front.flops();
-        result.fronts.push_back(front);
-    }
-
-    for (int f = count - 1; f >= 0; --f) {
-        Front& front = result.fronts[f];
-        front.depth = front.parent < 0 ? 0 : result.fronts[front.parent].depth + 1;
-    }
-    // Contributions are stacked, one stack for even depths and one for odd: those of a front's children lie
-    // on top of the other stack, so that its own can be put down before they are taken away.
-    std::int64_t used[2] = {0, 0};
-    std::vector<std::int64_t> children(count, 0);
-    for (int f = 0; f < count; ++f) {
-        const Front& front = result.fronts[f];
-        const int parity = front.depth % 2;
-        const std::int64_t size = static_cast<std::int64_t>(front.rest()) * front.rest();
-        used[parity] += size;
-        result.stack[parity] = std::max(result.stack[parity], used[parity]);
-        used[1 - parity] -= children[f];
-        if (front.parent >= 0)
-            children[front.parent] += size;
-    }
+    result.n = pattern.n;
+    result.ordering = chosen.ordering;
+    numberUnknowns(chosen.graph, nodes.vertex, result);
+    layOut(nodes, result);
+    listRows(chosen.graph, nodes, result);
+    measureStacks(result);
+    if (chosen.graph.kept >= 0) // the last that is eliminated
+        result.kept = static_cast<int>(result.fronts.size()) - 1;
     return result;
 }

@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Ordering and symbolic factorisation: which unknowns are eliminated together, in which front, and where each
-// front's contribution goes. CHOLMOD does the work (with METIS and AMD beneath); this keeps what the
-// numerical factorisation needs.
+// front's contribution goes.
 #pragma once
 
-#include "sparse_matrix.h"
+#include "pattern.h"
 
 #include <cstdint>
 #include <vector>
+
+// `choose` takes METIS for more than 30000 unknowns, else the sparser of METIS and AMD. METIS gives way to
+// AMD where the pattern has more entries than METIS can count.
+enum class Ordering { choose = 0, metis = 1, amd = 2, given = 3 };
 
 struct Front
 {
@@ -27,11 +30,12 @@ struct Front
 struct Analysis
 {
     int n = 0;
-    std::vector<int> permutation; // new to old
-    std::vector<int> inverse;     // old to new
-    std::vector<Front> fronts;    // children before parents
-    std::vector<int> rows;        // new numbers, ascending within a front
-    const char* ordering = "";
+    std::vector<int> permutation;         // new to old
+    std::vector<int> inverse;             // old to new
+    std::vector<Front> fronts;            // children before parents
+    std::vector<int> rows;                // new numbers, ascending within a front
+    Ordering ordering = Ordering::choose; // the one that was taken
+    int kept = -1;                        // the front of the unknowns that are kept, -1: there are none
 
     int largestFront = 0;
     std::int64_t panelEntries = 0, rightEntries = 0; // storage of the factor
@@ -42,6 +46,18 @@ struct Analysis
     const int* rowsOf(const Front& f) const { return rows.data() + f.rows; }
 };
 
-// The pattern of `a` must be symmetric. Unknowns in `late` are eliminated after all their neighbours that are
-// not: where a diagonal entry is zero, that gives the pivot a chance to become something else.
-Analysis analyse(const SparseMatrix& a, const std::vector<char>& late);
+struct AnalysisOptions
+{
+    Ordering ordering = Ordering::choose;
+    // Of Ordering::given: order[k] is eliminated k-th, or in another sequence with the same arithmetic: what
+    // does not depend on each other may change places, and so may the unknowns of a front.
+    const std::int32_t* order = nullptr;
+    // Unknowns that are eliminated last, in a front of their own.
+    std::vector<std::int32_t> kept;
+};
+
+// Unknowns marked in `late` (which may be empty) are eliminated after all their neighbours that are not:
+// where a diagonal entry is zero, that gives the pivot a chance to become something else. A given order
+// stands as it is. Throws std::invalid_argument if the order is none, std::bad_alloc, and std::runtime_error
+// if METIS fails.
+Analysis analyse(const Pattern& pattern, const std::vector<char>& late, const AnalysisOptions& options = {});

@@ -24,7 +24,12 @@ struct Target
 } // namespace
 
 Assembly::Assembly(const Analysis& analysis, const SparseMatrix& a)
+    : symmetric_(a.symmetric), diagonal_(a.n, -1)
 {
+    for (int i = 0; i < a.n; ++i)
+        for (std::int64_t p = a.start[i]; p < a.start[i + 1]; ++p)
+            if (a.column[p] == i)
+                diagonal_[i] = p;
     findEntries(analysis, a);
     findSegments(analysis);
 }
@@ -212,12 +217,11 @@ void Assembly::addContribution(int child, Part part, const FrontStorage& parent,
             addRectangle(segments[r], segments[c], right);
 }
 
-std::int64_t Assembly::bytes() const
+double Assembly::bytes() const
 {
-    std::int64_t entries = 0;
+    const auto of = [](const auto& v) { return static_cast<double>(v.size() * sizeof v[0]); };
+    double sum = of(diagonal_) + of(rows_) + of(position_) + of(split_) + of(segments_);
     for (Place where : {inPanel, inRight})
-        entries += static_cast<std::int64_t>(firstEntry_[where].size() + 2 * source_[where].size());
-    return 8 * (entries + static_cast<std::int64_t>(rows_.size())) +
-           static_cast<std::int64_t>(sizeof(int) * position_.size() + sizeof(Segments) * split_.size() +
-                                     sizeof(Segment) * segments_.size());
+        sum += of(firstEntry_[where]) + of(source_[where]) + of(target_[where]);
+    return sum;
 }

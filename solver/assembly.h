@@ -32,7 +32,10 @@ public:
     // Adds the contribution of front `child`, a matrix of the order of its rest, to the front of its parent.
     void addContribution(int child, Part part, const FrontStorage& parent, const double* contribution) const;
 
-    std::int64_t bytes() const;
+    bool symmetric() const { return symmetric_; }
+    // Where the diagonal entry of an unknown stands among the entries of A, -1: nowhere.
+    std::int64_t diagonal(int unknown) const { return diagonal_[unknown]; }
+    double bytes() const;
 
 private:
     // Rows i ... i + count - 1 of a contribution. In a run they lie next to each other in the parent.
@@ -50,6 +53,8 @@ private:
     void findEntries(const Analysis& analysis, const SparseMatrix& a);
     void findSegments(const Analysis& analysis);
 
+    bool symmetric_;
+    std::vector<std::int64_t> diagonal_;
     std::vector<std::int64_t> firstEntry_[2]; // of each front, those of the panel and those of the right part
     std::vector<std::int64_t> source_[2], target_[2];
     std::vector<std::int64_t> rows_; // of each front: where its contribution's rows start in position_

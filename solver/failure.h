@@ -9,6 +9,6 @@
 
 struct Failure : std::runtime_error
 {
-    Failure(int status, const std::string& sentence) : std::runtime_error(sentence), status(status) {}
+    Failure(int code, const std::string& sentence) : std::runtime_error(sentence), status(code) {}
     int status;
 };

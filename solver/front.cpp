@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <vector>
 
 namespace {
 
@@ -69,16 +68,6 @@ void solveByLower(int m, int n, const double* l, int ldl, double* b, int ldb)
     dense::trmm('L', 'L', 'N', m, n, inverse, m, b, ldb);
 }
 
-// The regularised eliminations take tolerance (relative to the shift) and shift pivot by pivot.
-struct PerPivot
-{
-    PerPivot(const PivotRule& rule, int pivots)
-        : tolerance(pivots, rule.tolerance / rule.shift), shift(pivots, rule.shift)
-    {
-    }
-    std::vector<double> tolerance, shift;
-};
-
 } // namespace
 
 void eliminateSymmetric(const PivotRule& rule, int pivots, int rest, double* panel, double* schur,
@@ -87,9 +76,8 @@ void eliminateSymmetric(const PivotRule& rule, int pivots, int rest, double* pan
     const int order = pivots + rest;
     const int nb = panelWidth(rule, pivots, 128);
     if (rule.shift > 0.0) {
-        const PerPivot per(rule, pivots);
-        blac_selim_reg_(&pivots, &nb, panel, &order, out.d, out.dinv, per.tolerance.data(), out.negative,
-                        per.shift.data(), out.correction);
+        blac_selim_reg_(&pivots, &nb, panel, &order, out.d, out.dinv, out.tolerance, out.negative, out.shift,
+                        out.correction);
     } else {
         blac_selim_(&pivots, &nb, &rule.tolerance, panel, &order, out.d, out.dinv);
     }
@@ -124,9 +112,8 @@ void eliminateUnsymmetric(const PivotRule& rule, int pivots, int rest, double* p
     const int order = pivots + rest;
     const int nb = panelWidth(rule, pivots, 256);
     if (rule.shift > 0.0) {
-        const PerPivot per(rule, pivots);
-        blac_uelim_reg_(&pivots, &nb, panel, &order, out.d, out.dinv, per.tolerance.data(), out.negative,
-                        per.shift.data(), out.correction);
+        blac_uelim_reg_(&pivots, &nb, panel, &order, out.d, out.dinv, out.tolerance, out.negative, out.shift,
+                        out.correction);
     } else {
         blac_uelim_(&pivots, &nb, &rule.tolerance, panel, &order, out.d, out.dinv);
     }

@@ -17,13 +17,15 @@ struct PivotRule
     int nb = 0;             // panel width; 0: by the size of the front
 };
 
-// Where the pivots of a front go, p of each.
+// Where the pivots of a front go, p of each, and how those of a rule with a shift are treated.
 struct Pivots
 {
     double* d;           // out: pivots as used
     double* dinv;        // out: their reciprocals
     const int* negative; // in: 1 where a tiny pivot is to become negative (shift > 0 only)
     double* correction;  // out: not zero where a pivot was moved (shift > 0 only)
+    // tolerance beside the shift, and shift, the same for all pivots (shift > 0 only)
+    const double *tolerance, *shift;
 };
 
 // Only lower triangles are read. The panel ends as L*D: pivots on the diagonal, unit lower L times D below.

@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What a handle of the C interface holds: options, the rows given, their analysis, the factor, and what is
-// known about them. Calls throw Failure or std::bad_alloc and then leave the handle as it was.
+// What a handle of the C interface holds: options, the rows given, the plan of their factorisation, the
+// factor, and what is known of the answers. Calls have checked arguments; they throw, and then leave the
+// handle as it was.
 #pragma once
 
-#include "analysis.h"
 #include "factor.h"
+#include "options.h"
+#include "plan.h"
 #include "rows.h"
 #include "scaling.h"
+#include "unheld.h"
+#include "verdict.h"
 
 #include <cstdint>
 #include <cstring>
@@ -14,43 +18,37 @@
 #include <string>
 #include <vector>
 
-struct Options
-{
-    double threads = 0.0, tolerance = 1e-14, shift = 0.0, refinements = 10.0, panelWidth = 0.0;
-    double ordering = 0.0, memoryLimit = 0.0;
-};
-
 // A sentence, kept without asking for memory.
 class Message
 {
 public:
     void clear() { text_[0] = '\0'; }
-    void set(const char* text)
-    {
-        std::strncpy(text_, text, sizeof text_ - 1);
-        text_[sizeof text_ - 1] = '\0';
-    }
+    void set(const char* text) { std::strncpy(text_, text, sizeof text_ - 1); }
     const char* text() const { return text_; }
 
 private:
-    char text_[256] = "";
+    char text_[1024] = "";
 };
 
-// What the pattern alone decides, or the numbers for as long as they ask for nothing else.
-struct Plan
-{
-    Analysis analysis;
-    std::vector<char> late; // symmetric: unknowns eliminated behind their neighbours
-    std::vector<int> rowOf; // general: the row in the place of each, empty as long as no numbers were seen
-    int ordering = 0;
-};
-
-// What the numbers decide.
+// What the numbers of the last factorisation made.
 struct Numbers
 {
-    Equilibrated equilibrated; // without its matrix once that is factorised
+    Equilibrated equilibrated; // its matrix without values
     std::unique_ptr<Factor> factor;
-    double shift = 0.0;
+    bool shifted = false;
+    int threads = 0;
+    UnheldMotions unheld;
+    std::vector<int> replaced; // ascending
+    double seconds = 0.0, secondsSolve = -1.0;
+};
+
+// What the last refinement told.
+struct Answer
+{
+    Evidence evidence;
+    std::string verdict;
+    int steps = 0;
+    double backwardError = 0.0, condition = 0.0, seconds = 0.0;
 };
 
 struct bla_solver
@@ -62,18 +60,31 @@ struct bla_solver
                 std::int64_t ldx);
     void pivots(double* d) const;
     void schur(double* c, std::int64_t ldc) const;
+    double quantity(const std::string& name) const;
 
-    // Throws where the monitor asks for it.
-    void report(const char* phase, double share) const;
+    // Throw Failure where that is missing.
+    void requireAnalysis() const;
+    void requireFactor() const;
+    void requireAnswer() const;
+
+    int n() const { return rows->pattern().n; }
 
     mutable Message message;
     Options options;
-    int (*monitor)(void*, const char*, double) = nullptr;
+    std::vector<int> order, kept; // as set
+    int (*monitor)(void* context, const char* phase, double share) = nullptr;
     void* monitorContext = nullptr;
-    std::vector<int> order, kept; // as given to set_order and set_schur
 
     std::unique_ptr<const Rows> rows;
-    std::unique_ptr<Plan> plan;
+    Wishes wishes; // those of the analysis
+    std::unique_ptr<const Plan> plan;
+    double secondsAnalyse = 0.0;
     std::unique_ptr<Numbers> numbers;
-    ...
+    std::unique_ptr<const Answer> answer;
+
+private:
+    // Throws Failure where the monitor asks for it.
+    void report(const char* phase, double share) const;
+    void factoriseWell(Factor& factor, Numbers& made) const;
+    void apply(Vectors& x, bool transposed) const;
 };

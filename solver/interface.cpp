@@ -111,7 +111,7 @@ int bla_solver_set_order(bla_solver* solver, std::int32_t n, const std::int32_t*
         require(order || n == 0, "the order is missing");
         requireDifferent(order, n, n, "order");
         solver->order.assign(order, order + n);
-        solver->options.ordering = n > 0 ? givenOrder : chosenOrder;
+        solver->options.ordering = n > 0 ? 3.0 : 0.0;
     });
 }
 
@@ -185,17 +185,32 @@ int bla_solver_replaced(const bla_solver* solver, std::int32_t* unknowns)
 {
     return guarded(solver, [&] {
         solver->requireFactor();
-        const std::vector<int>& replaced = solver->replaced();
+        const std::vector<int>& replaced = solver->numbers->replaced;
         require(unknowns || replaced.empty(), "the place for the unknowns is missing");
         std::copy(replaced.begin(), replaced.end(), unknowns);
     });
+}
+
+int bla_solver_unheld(const bla_solver* solver, std::int32_t* unknowns)
+{
+    return guarded(solver, [&] {
+        solver->requireFactor();
+        const std::vector<int>& unheld = solver->numbers->unheld.unknowns;
+        require(unknowns || unheld.empty(), "the place for the unknowns is missing");
+        std::copy(unheld.begin(), unheld.end(), unknowns);
+    });
+}
+
+const char* bla_solver_verdict(const bla_solver* solver)
+{
+    return solver && solver->answer ? solver->answer->verdict.c_str() : "";
 }
 
 int bla_solver_schur(const bla_solver* solver, double* c, std::int64_t ldc)
 {
     return guarded(solver, [&] {
         solver->requireFactor();
-        const std::int64_t count = solver->schurCount();
+        const std::int64_t count = static_cast<std::int64_t>(solver->wishes.kept.size());
         if (count == 0)
             throw Failure(BLA_SOLVER_NOT_READY, "no unknowns were kept (bla_solver_set_schur, then analyse)");
         requireBlock(c, ldc, count, count, "c");

@@ -21,9 +21,9 @@ public:
           columnOf_(a.n, -1), distance_(a.n, infinite), from_(a.n), settled_(a.n, 0)
     {
         for (int j = 0; j < a.n; ++j) {
-            for (int p = columns_.start[j]; p < columns_.start[j + 1]; ++p)
+            for (std::int64_t p = columns_.start[j]; p < columns_.start[j + 1]; ++p)
                 largest_[j] = std::max(largest_[j], std::log2(std::fabs(columns_.value[p])));
-            for (int p = columns_.start[j]; p < columns_.start[j + 1]; ++p)
+            for (std::int64_t p = columns_.start[j]; p < columns_.start[j + 1]; ++p)
                 columns_.value[p] = largest_[j] - std::log2(std::fabs(columns_.value[p]));
         }
     }
@@ -33,7 +33,7 @@ public:
         Matching m;
         const int n = columns_.n;
         for (int j = 0; j < n; ++j) // a free row at no cost, where there is one
-            for (int p = columns_.start[j]; p < columns_.start[j + 1] && rowOf_[j] < 0; ++p)
+            for (std::int64_t p = columns_.start[j]; p < columns_.start[j + 1] && rowOf_[j] < 0; ++p)
                 if (columns_.value[p] == 0.0 && columnOf_[columns_.column[p]] < 0)
                     match(columns_.column[p], j);
         for (int j = 0; j < n; ++j)
@@ -77,7 +77,7 @@ private:
         double length = 0.0;
         int free = -1;
         for (int j = first; free < 0;) {
-            for (int p = columns_.start[j]; p < columns_.start[j + 1]; ++p) {
+            for (std::int64_t p = columns_.start[j]; p < columns_.start[j + 1]; ++p) {
                 const int i = columns_.column[p];
                 const double d = length + std::max(columns_.value[p] - u_[i] - v_[j], 0.0);
                 if (!settled_[i] && d < distance_[i]) { // an entry of zero costs infinitely much: never taken

@@ -3,10 +3,34 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace {
 
-// A NaN anywhere makes the norm infinite.
+// A backward error of rounding alone.
+constexpr double rounding = 0x1p-52;
+// Above this a slow gain is a gain; below, where rounding is what is left, a step must halve the error.
+constexpr double nearRounding = 1e-10;
+
+double relativeResidual(double normA, const double* r, const double* x, const double* b, int n)
+{
+    const double norm = maxNorm(r, n);
+    const double scale = normA * maxNorm(x, n) + maxNorm(b, n);
+    const double relative = norm == 0.0 ? 0.0 : std::isfinite(scale) ? norm / scale : HUGE_VAL;
+    return std::isnan(relative) ? HUGE_VAL : relative;
+}
+
+// Those columns that are named.
+Vectors selected(const Vectors& v, const std::vector<int>& columns)
+{
+    Vectors result(v.n, static_cast<int>(columns.size()));
+    for (int k = 0; k < result.columns; ++k)
+        std::copy_n(v.column(columns[k]), v.n, result.column(k));
+    return result;
+}
+
+} // namespace
+
 double maxNorm(const double* x, int n)
 {
     double norm = 0.0;
@@ -18,58 +42,83 @@ double maxNorm(const double* x, int n)
     return norm;
 }
 
-// What rounding leaves of a residual.
-constexpr double roundingResidual = 0x1p-51;
-
-// r := b - A*x; returns the relative residual
-double residual(const SparseMatrix& a, double normA, const Vectors& b, const Vectors& x, Vectors& r)
+Refined solveRefined(const SparseMatrix& a, const Vectors& b, const Apply& apply, int maxSteps)
 {
-    multiply(a, x.value.data(), r.value.data(), x.columns);
-    double worst = 0.0;
-    for (int j = 0; j < x.columns; ++j) {
-        for (int i = 0; i < x.n; ++i)
-            r.column(j)[i] = b.column(j)[i] - r.column(j)[i];
-        const double norm = maxNorm(r.column(j), x.n);
-        const double scale = normA * maxNorm(x.column(j), x.n) + maxNorm(b.column(j), x.n);
-        const double relative = norm == 0.0 ? 0.0 : std::isfinite(scale) ? norm / scale : HUGE_VAL;
-        worst = std::max(worst, std::isnan(relative) ? HUGE_VAL : relative);
-    }
-    return worst;
+    Vectors x = b;
+    apply(x);
+    return refineFrom(a, b, std::move(x), apply, maxSteps);
 }
 
-} // namespace
-
-Refined solveRefined(const SparseMatrix& a, const Vectors& b, const std::function<void(Vectors&)>& apply,
-                     int maxSteps)
+Refined refineFrom(const SparseMatrix& a, const Vectors& b, Vectors start, const Apply& apply, int maxSteps)
 {
-    const double normA = normInf(a);
     Refined best;
-    best.x = b;
-    apply(best.x);
-    Vectors r(b.n, b.columns), x;
-    best.residual = residual(a, normA, b, best.x, r);
-    bool known = false; // the correction is that of an answer which is right up to rounding
-    for (int step = 1; step <= maxSteps && best.residual > 0.0; ++step) {
-        apply(r);
-        x = best.x;
-        double correction = 0.0;
-        for (int j = 0; j < x.columns; ++j) {
-            correction = std::max(correction, maxNorm(r.column(j), x.n) / maxNorm(x.column(j), x.n));
-            for (int i = 0; i < x.n; ++i)
-                x.column(j)[i] += r.column(j)[i];
+    best.x = std::move(start);
+    Vectors r(b.n, b.columns);
+    std::vector<BackwardError> error(b.columns);
+    for (int j = 0; j < b.columns; ++j)
+        error[j] = backwardError(a, b.column(j), best.x.column(j), r.column(j));
+
+    std::vector<int> active(b.columns);
+    std::iota(active.begin(), active.end(), 0);
+    std::vector<double> x(b.n), next(b.n);
+    for (int step = 1; step <= maxSteps; ++step) {
+        std::erase_if(active, [&](int j) { return error[j].sum() <= rounding; });
+        if (active.empty())
+            break;
+        Vectors correction = selected(r, active);
+        apply(correction);
+        std::vector<int> improving;
+        for (int k = 0; k < correction.columns; ++k) {
+            const int j = active[k];
+            std::transform(correction.column(k), correction.column(k) + b.n, best.x.column(j), x.begin(),
+                           std::plus<>());
+            const BackwardError reached = backwardError(a, b.column(j), x.data(), next.data());
+            if (!(reached.sum() < error[j].sum()))
+                continue;
+            if (reached.sum() <= (error[j].sum() > nearRounding ? 0.9 : 0.5) * error[j].sum())
+                improving.push_back(j);
+            std::copy(x.begin(), x.end(), best.x.column(j));
+            std::copy(next.begin(), next.end(), r.column(j));
+            error[j] = reached;
+            best.steps = step;
         }
-        const double reached = residual(a, normA, b, x, r);
-        // Where nothing but rounding is left to correct, one correction may be small by chance.
-        best.correction = known ? std::max(best.correction, correction) : correction;
-        known = best.residual <= roundingResidual;
-        if (!(reached < best.residual))
-            break;
-        const bool slow = reached > 0.5 * best.residual;
-        best.x = x;
-        best.residual = reached;
-        best.steps = step;
-        if (slow)
-            break;
+        active = improving;
+    }
+
+    const double normA = normInf(a);
+    for (int j = 0; j < b.columns; ++j) {
+        best.backward.omega1 = std::max(best.backward.omega1, error[j].omega1);
+        best.backward.omega2 = std::max(best.backward.omega2, error[j].omega2);
+        best.residual =
+            std::max(best.residual, relativeResidual(normA, r.column(j), best.x.column(j), b.column(j), b.n));
     }
     return best;
+}
+
+bool solveRoughly(const SparseMatrix& a, Vectors& v, const Apply& apply)
+{
+    constexpr double enough = 0x1p-7;
+    constexpr int most = 20;
+    Vectors x = v, r(v.n, v.columns);
+    apply(x);
+    double before = HUGE_VAL;
+    bool converged = false;
+    for (int step = 0; step < most && !converged; ++step) {
+        multiply(a, x.value.data(), r.value.data(), x.columns);
+        std::transform(v.value.begin(), v.value.end(), r.value.begin(), r.value.begin(), std::minus<>());
+        apply(r);
+        double correction = 0.0;
+        for (int j = 0; j < x.columns; ++j) {
+            const double norm = maxNorm(r.column(j), x.n);
+            const double relative = norm == 0.0 ? 0.0 : norm / maxNorm(x.column(j), x.n);
+            correction = std::isnan(relative) ? HUGE_VAL : std::max(correction, relative);
+        }
+        if (!(correction <= 0.7 * before) || !std::isfinite(correction))
+            break;
+        std::transform(x.value.begin(), x.value.end(), r.value.begin(), x.value.begin(), std::plus<>());
+        before = correction;
+        converged = correction <= enough;
+    }
+    v = x;
+    return converged;
 }

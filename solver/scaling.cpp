@@ -10,67 +10,98 @@
 
 namespace {
 
+// So that the product of two is a number, and a product with it is rounded nowhere but at the very end.
+constexpr double mostExponent = 511.0;
+// A matched entry of at least 2^-this, where the best ones are 1, is good enough to stay where it is.
+constexpr double goodEnough = 10.0;
+
 double nearestPowerOfTwo(double logarithm) // to the base 2
 {
-    return std::exp2(std::clamp(std::round(logarithm), -1000.0, 1000.0));
+    return std::exp2(std::clamp(std::round(logarithm), -mostExponent, mostExponent));
 }
 
-void scaleEntries(Equilibrated& e)
+// Whether the pairs known from other values are still good beside those of a new matching.
+bool stillGood(const SparseMatrix& a, const Matching& matching, const std::vector<int>& known)
 {
-    for (int i = 0; i < e.matrix.n; ++i)
-        for (int p = e.matrix.start[i]; p < e.matrix.start[i + 1]; ++p)
-            e.matrix.value[p] = std::ldexp(e.matrix.value[p],
-                                           std::ilogb(e.row[i]) + std::ilogb(e.column[e.matrix.column[p]]));
+    if (static_cast<int>(known.size()) != a.n || matching.size < a.n)
+        return false;
+    for (int j = 0; j < a.n; ++j) {
+        const int i = known[j];
+        double entry = 0.0;
+        for (std::int64_t p = a.start[i]; p < a.start[i + 1]; ++p)
+            if (a.column[p] == j)
+                entry = std::fabs(a.value[p]);
+        if (!(std::log2(entry) + matching.rowLogarithm[i] + matching.columnLogarithm[j] >= -goodEnough))
+            return false;
+    }
+    return true;
 }
 
 } // namespace
 
-// Rows and columns are divided by the square roots of the row maxima, a few times over (Ruiz, 2001).
+SparseMatrix Equilibrated::applied(const SparseMatrix& a) const
+{
+    SparseMatrix m;
+    m.n = a.n;
+    m.symmetric = a.symmetric;
+    m.start.reserve(a.start.size());
+    m.column.reserve(a.entries());
+    m.value.reserve(a.entries());
+    m.start.push_back(0);
+    for (int i = 0; i < a.n; ++i) {
+        const int from = rowOf[i];
+        for (std::int64_t p = a.start[from]; p < a.start[from + 1]; ++p) {
+            m.column.push_back(a.column[p]);
+            m.value.push_back(a.value[p] * (row[i] * column[a.column[p]]));
+        }
+        m.start.push_back(static_cast<std::int64_t>(m.column.size()));
+    }
+    return m;
+}
+
+// Rows and columns are divided by the square roots of the row maxima, as often as that changes something, six
+// times at most (Ruiz, 2001).
 Equilibrated equilibrateSymmetric(const SparseMatrix& a)
 {
     Equilibrated e;
-    e.matrix = a;
     e.rowOf.resize(a.n);
     std::iota(e.rowOf.begin(), e.rowOf.end(), 0);
     std::vector<double> s(a.n, 1.0), largest(a.n);
-    for (int sweep = 0; sweep < 6; ++sweep) {
+    bool changed = true;
+    for (int sweep = 0; sweep < 6 && changed; ++sweep) {
         for (int i = 0; i < a.n; ++i) {
             largest[i] = 0.0;
-            for (int p = a.start[i]; p < a.start[i + 1]; ++p)
-                largest[i] = std::max(largest[i], std::fabs(a.value[p]) * s[a.column[p]] * s[i]);
+            for (std::int64_t p = a.start[i]; p < a.start[i + 1]; ++p)
+                largest[i] = std::max(largest[i], std::fabs(a.value[p]) * (s[a.column[p]] * s[i]));
         }
+        changed = false;
         for (int i = 0; i < a.n; ++i) {
             e.structuralRank += sweep == 0 && largest[i] > 0.0;
-            if (largest[i] > 0.0)
+            if (largest[i] > 0.0 && (largest[i] < 0.5 || largest[i] > 2.0)) {
+                const double before = s[i];
                 s[i] = nearestPowerOfTwo(std::log2(s[i]) - 0.5 * std::log2(largest[i]));
+                changed = changed || s[i] != before;
+            }
         }
     }
     e.row = e.column = s;
-    scaleEntries(e);
+    e.matrix = e.applied(a);
     return e;
 }
 
-Equilibrated equilibrateUnsymmetric(const SparseMatrix& a)
+Equilibrated equilibrateUnsymmetric(const SparseMatrix& a, const std::vector<int>& known)
 {
     const Matching matching = matchLargest(a);
     Equilibrated e;
-    e.rowOf = matching.rowOf;
+    e.rowOf = stillGood(a, matching, known) ? known : matching.rowOf;
     e.structuralRank = matching.size;
     e.row.resize(a.n);
     e.column.resize(a.n);
-    e.matrix.n = a.n;
-    e.matrix.start.push_back(0);
     for (int i = 0; i < a.n; ++i) {
-        const int old = e.rowOf[i];
-        e.row[i] = nearestPowerOfTwo(matching.rowLogarithm[old]);
+        e.row[i] = nearestPowerOfTwo(matching.rowLogarithm[e.rowOf[i]]);
         e.column[i] = nearestPowerOfTwo(matching.columnLogarithm[i]);
-        e.matrix.column.insert(e.matrix.column.end(), a.column.begin() + a.start[old],
-                               a.column.begin() + a.start[old + 1]);
-        e.matrix.value.insert(e.matrix.value.end(), a.value.begin() + a.start[old],
-                              a.value.begin() + a.start[old + 1]);
-        e.matrix.start.push_back(static_cast<int>(e.matrix.column.size()));
     }
-    scaleEntries(e);
+    e.matrix = e.applied(a);
     return e;
 }
 
@@ -88,4 +119,21 @@ void Equilibrated::enter(Vectors& b) const
 void Equilibrated::leave(Vectors& x) const
 {
     dense::scaleRows(x.n, x.columns, x.value.data(), x.n, column.data());
+}
+
+// A^T = C^-1 * M^T * R^-1 * Q for M = R * Q * A * C
+void Equilibrated::enterTransposed(Vectors& b) const
+{
+    dense::scaleRows(b.n, b.columns, b.value.data(), b.n, column.data());
+}
+
+void Equilibrated::leaveTransposed(Vectors& x) const
+{
+    dense::scaleRows(x.n, x.columns, x.value.data(), x.n, row.data());
+    std::vector<double> moved(x.n);
+    for (int j = 0; j < x.columns; ++j) {
+        for (int i = 0; i < x.n; ++i)
+            moved[rowOf[i]] = x.column(j)[i];
+        std::copy(moved.begin(), moved.end(), x.column(j));
+    }
 }

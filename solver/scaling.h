@@ -15,14 +15,21 @@ struct Equilibrated
     std::vector<double> row, column;
     int structuralRank = 0; // entries of the diagonal that can be made nonzero
 
+    // A with other values, by the same exchanges and factors
+    SparseMatrix applied(const SparseMatrix& a) const;
+
     // b of A*x = b to the right-hand side of the equilibrated system, and its solution back to x; in place
     void enter(Vectors& b) const;
     void leave(Vectors& x) const;
+    // the same for A^T*x = b and the transposed equilibrated system
+    void enterTransposed(Vectors& b) const;
+    void leaveTransposed(Vectors& x) const;
 };
 
 // A symmetric, and so is the result: rows stay where they are, rows and columns have the same factors.
 Equilibrated equilibrateSymmetric(const SparseMatrix& a);
 
 // Rows are exchanged so that the product of the diagonal entries is as large as possible; diagonal entries
-// end at about 1, others at most there.
-Equilibrated equilibrateUnsymmetric(const SparseMatrix& a);
+// end at about 1, others at most there. An exchange that is `known` from other values, and leaves no diagonal
+// entry much smaller than that, stands.
+Equilibrated equilibrateUnsymmetric(const SparseMatrix& a, const std::vector<int>& known = {});

@@ -4,13 +4,14 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 struct SparseMatrix
 {
     int n = 0;
-    bool symmetric = false; // the values, not only the pattern
-    std::vector<int> start; // n + 1 row pointers
+    bool symmetric = false;          // the values, not only the pattern
+    std::vector<std::int64_t> start; // n + 1 row pointers
     std::vector<int> column;
     std::vector<double> value;
 
@@ -25,6 +26,7 @@ struct Triplet
 };
 SparseMatrix fromTriplets(int n, std::vector<Triplet> entries);
 
+// Also of a pattern without values.
 SparseMatrix transposed(const SparseMatrix& a);
 // The pattern of A + A^T, every value 1.
 SparseMatrix symmetrisedPattern(const SparseMatrix& a, const SparseMatrix& transposedA);

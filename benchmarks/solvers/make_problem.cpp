@@ -8,6 +8,7 @@
 #include "beam.h"
 #include "matrix_market.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -15,7 +16,7 @@
 
 namespace {
 
-SparseMatrix elasticCube(int m)
+Matrix elasticCube(int m)
 {
     BeamMesh cube; // behind the clamped face there are m layers of nodes
     for (int axis = 0; axis < 3; ++axis) {
@@ -25,7 +26,7 @@ SparseMatrix elasticCube(int m)
     return beamStiffness(cube);
 }
 
-Problem upperTriangle(const SparseMatrix& a)
+Problem upperTriangle(const Matrix& a)
 {
     if (!a.symmetric)
         throw std::runtime_error("the matrix is not symmetric");
@@ -33,7 +34,7 @@ Problem upperTriangle(const SparseMatrix& a)
     upper.n = a.n;
     upper.start.push_back(0);
     for (int i = 0; i < a.n; ++i) {
-        for (auto p = a.start[i]; p < a.start[i + 1]; ++p)
+        for (std::int64_t p = a.start[i]; p < a.start[i + 1]; ++p)
             if (a.column[p] >= i) {
                 upper.column.push_back(a.column[p]);
                 upper.value.push_back(a.value[p]);

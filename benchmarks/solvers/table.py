@@ -48,8 +48,6 @@ class Contender:
 
     def __init__(self, folder, name, threads, problem, clock):
         program, blas, environment = CONTENDERS[name]
-        if program == "ours" and not os.path.exists(os.path.join(folder, "bla_measure_ours")):
-            program = "ours_inside"
         environment = {key: value.format(threads=threads) for key, value in environment.items()}
         self.process = subprocess.Popen(
             [WITH_BLAS, blas, os.path.join(folder, "bla_measure_" + program), str(threads), problem, clock],

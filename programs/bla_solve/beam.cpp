@@ -86,11 +86,11 @@ std::array<int, 8> BeamMesh::corners(int element) const
     return result;
 }
 
-SparseMatrix beamStiffness(const BeamMesh& mesh)
+Matrix beamStiffness(const BeamMesh& mesh)
 {
     const auto k = elementStiffness(mesh);
     const int clamped = mesh.clampedNodes();
-    SparseMatrix a;
+    Matrix a;
     a.n = mesh.unknowns();
     a.symmetric = true;
     a.start.push_back(0);
@@ -106,7 +106,7 @@ SparseMatrix beamStiffness(const BeamMesh& mesh)
                         row.push_back(3 * (mesh.node(i, j, kk) - clamped) + c);
         for (int c = 0; c < 3; ++c) {
             a.column.insert(a.column.end(), row.begin(), row.end());
-            a.start.push_back(static_cast<int>(a.column.size()));
+            a.start.push_back(static_cast<std::int64_t>(a.column.size()));
         }
     }
     a.value.assign(a.column.size(), 0.0);
@@ -131,9 +131,9 @@ SparseMatrix beamStiffness(const BeamMesh& mesh)
     return a;
 }
 
-Vectors beamLoad(const BeamMesh& mesh)
+Block beamLoad(const BeamMesh& mesh)
 {
-    Vectors b(mesh.unknowns(), 1);
+    Block b(mesh.unknowns(), 1);
     const double share = mesh.force / (4.0 * mesh.elements[1] * mesh.elements[2]);
     for (int j = 0; j < mesh.elements[1]; ++j)
         for (int k = 0; k < mesh.elements[2]; ++k)

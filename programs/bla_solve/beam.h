@@ -3,7 +3,7 @@
 // uniform shear traction over its end x = length.
 #pragma once
 
-#include "sparse_matrix.h"
+#include "matrix.h"
 
 #include <array>
 #include <string>
@@ -28,8 +28,8 @@ struct BeamMesh
 };
 
 // Stiffness and load over the free nodes, three unknowns a node.
-SparseMatrix beamStiffness(const BeamMesh& mesh);
-Vectors beamLoad(const BeamMesh& mesh);
+Matrix beamStiffness(const BeamMesh& mesh);
+Block beamLoad(const BeamMesh& mesh);
 
 // Mean downward displacement of the end face, and what Timoshenko's beam theory says.
 double tipDeflection(const BeamMesh& mesh, const double* displacement);

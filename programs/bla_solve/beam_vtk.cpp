@@ -1,17 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "beam.h"
-#include "error.h"
-
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
+#include "output_file.h"
 
 void writeDeformedBeam(const std::string& path, const BeamMesh& mesh, const double* displacement,
                        double factor)
 {
-    std::FILE* file = std::fopen(path.c_str(), "w");
-    if (!file)
-        throw InputError(path + ": " + std::strerror(errno));
+    OutputFile output(path);
+    std::FILE* const file = output.stream();
     const auto shift = [&](int node, int axis) {
         const int free = node - mesh.clampedNodes();
         return free < 0 ? 0.0 : displacement[3 * static_cast<std::size_t>(free) + axis];
@@ -50,8 +45,5 @@ void writeDeformedBeam(const std::string& path, const BeamMesh& mesh, const doub
     for (int e = 0; e < mesh.elementCount(); ++e)
         std::fprintf(file, "12\n");
     std::fprintf(file, "</DataArray>\n</Cells>\n</Piece>\n</UnstructuredGrid>\n</VTKFile>\n");
-
-    const bool failed = std::ferror(file) != 0;
-    if (std::fclose(file) != 0 || failed)
-        throw InputError(path + ": " + std::strerror(errno));
+    output.finish();
 }

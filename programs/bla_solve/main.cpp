@@ -1,19 +1,17 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// bla_solve: a sparse direct solver on the dense kernels of the module. See --help.
+// bla_solve: the sparse direct solver at the command line. See --help.
 #include "beam.h"
 #include "error.h"
+#include "library.h"
 #include "matrix_market.h"
 #include "options.h"
+#include "output_file.h"
 #include "report.h"
-#include "solver.h"
+#include "standard_output.h"
 #include "stopwatch.h"
 
-#include <TOVBlaModule.h>
-
-#include <cerrno>
 #include <cmath>
 #include <cstdio>
-#include <cstring>
 #include <exception>
 #include <new>
 #include <random>
@@ -23,23 +21,22 @@ namespace {
 
 struct Problem
 {
-    SparseMatrix a;
-    Vectors b;
-    Vectors exact; // empty where the solution is not known
+    Matrix a;
+    Block b;
+    Block exact; // empty where the solution is not known
 };
 
 // x known, b = A*x
 void chooseSolution(Problem& problem, const Options& options)
 {
-    Vectors x(problem.a.n, options.columns);
+    Block x(problem.a.n, options.columns);
     std::mt19937_64 random(1);
     for (int j = 0; j < x.columns; ++j)
         for (int i = 0; i < x.n; ++i)
             x.column(j)[i] = options.rhs == "ones" && j == 0
                                  ? 1.0
                                  : std::ldexp(static_cast<double>(random() >> 11), -52) - 1.0;
-    problem.b = Vectors(x.n, x.columns);
-    multiply(problem.a, x.value.data(), problem.b.value.data(), x.columns);
+    problem.b = product(problem.a, x);
     problem.exact = std::move(x);
 }
 
@@ -55,25 +52,34 @@ Problem readProblem(const Options& options)
     if (options.method == Method::symmetric && !problem.a.symmetric)
         throw InputError(options.matrix +
                          ": the matrix is not symmetric, and --method ldlt asks for a symmetric one");
-    if (options.rhs == "ones" || options.rhs == "random")
+    if (options.rhsFile().empty())
         chooseSolution(problem, options);
     else
-        problem.b = readVectors(options.rhs, problem.a.n);
+        problem.b = readVectors(options.rhsFile(), problem.a.n);
     return problem;
 }
 
-// Better now than after the work.
-void checkWritable(const std::string& path)
+void keepInput(const std::string& input, const std::string& output)
 {
-    if (path.empty() || access(path.c_str(), W_OK) == 0)
-        return;
-    const std::size_t slash = path.rfind('/');
-    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-    if (errno != ENOENT || access(folder.c_str(), W_OK | X_OK) != 0)
-        throw InputError(path + ": cannot be written: " + std::strerror(errno));
+    if (sameFile(output, input))
+        throw InputError(output + ": the output would overwrite the input " + input);
 }
 
-double relativeError(const Vectors& x, const Vectors& exact)
+// Before any work: every output can be written, and is none of the inputs.
+void checkOutputs(const Options& options)
+{
+    for (const std::string& output : {options.solution, options.matrix.empty() ? options.vtk : ""}) {
+        if (output.empty())
+            continue;
+        for (const std::string& input : {options.matrix, options.rhsFile()})
+            keepInput(input, output);
+        checkWritable(output);
+    }
+    if (options.matrix.empty() && !options.solution.empty() && samePlace(options.solution, options.vtk))
+        throw InputError("--solution and --vtk name the same file: " + options.vtk);
+}
+
+double relativeError(const Block& x, const Block& exact)
 {
     double worst = 0.0;
     for (int j = 0; j < x.columns; ++j) {
@@ -102,12 +108,24 @@ Monitor progressLine(bool wanted)
     };
 }
 
+// Whatever ends the work, its line goes.
+struct ProgressEnd
+{
+    const Monitor& monitor;
+    ~ProgressEnd() { monitor("", 1.0); }
+};
+
 std::string text(const char* pattern, double a, double b = 0.0, double c = 0.0)
 {
     char buffer[120];
     std::snprintf(buffer, sizeof buffer, pattern, a, b, c);
     return buffer;
 }
+
+struct Phase
+{
+    double seconds, flops = 0.0;
+};
 
 void addPhase(Report& report, const char* key, const char* label, const Phase& phase)
 {
@@ -116,13 +134,32 @@ void addPhase(Report& report, const char* key, const char* label, const Phase& p
         report.line(label, text("%8.3f s", phase.seconds));
         return;
     }
+    const double rate = phase.seconds > 0.0 ? phase.flops * 1e-9 / phase.seconds : 0.0;
     report.add(std::string(key) + "_gflop", "", phase.flops * 1e-9);
-    report.add(std::string(key) + "_gflops", "", phase.gflops());
-    report.line(label,
-                text("%8.3f s %9.3f Gflop %8.2f GFLOP/s", phase.seconds, phase.flops * 1e-9, phase.gflops()));
+    report.add(std::string(key) + "_gflops", "", rate);
+    report.line(label, text("%8.3f s %9.3f Gflop %8.2f GFLOP/s", phase.seconds, phase.flops * 1e-9, rate));
 }
 
-void reportBeam(Report& report, const BeamMesh& mesh, const Vectors& x, const std::string& vtk)
+void addCount(Report& report, const Library& library, const char* quantity, const char* label)
+{
+    report.add(quantity, label, static_cast<std::int64_t>(library.get(quantity)));
+}
+
+// Writes a file; false with a message where that fails.
+template <class Write>
+bool written(Write write)
+{
+    try {
+        write();
+        return true;
+    } catch (const OutputError& error) {
+        std::fprintf(stderr, "bla_solve: %s\n", error.what());
+        return false;
+    }
+}
+
+// false where the picture could not be written
+bool reportBeam(Report& report, const BeamMesh& mesh, const Block& x, const std::string& vtk)
 {
     const double tip = tipDeflection(mesh, x.value.data()), theory = tipDeflectionTheory(mesh);
     const double deviation = 100.0 * (tip / theory - 1.0);
@@ -133,13 +170,15 @@ void reportBeam(Report& report, const BeamMesh& mesh, const Vectors& x, const st
     report.line("computed", text("%.4f mm", 1e3 * tip));
     report.line("Timoshenko beam theory", text("%.4f mm (computed: %+.2f %%)", 1e3 * theory, deviation));
     if (vtk.empty())
-        return;
+        return true;
     // exaggerated so that the tip moves by a tenth of the length
     const double factor = tip > 0.0 && std::isfinite(tip) ? std::ceil(0.1 * mesh.size[0] / tip) : 1.0;
-    writeDeformedBeam(vtk, mesh, x.value.data(), factor);
+    if (!written([&] { writeDeformedBeam(vtk, mesh, x.value.data(), factor); }))
+        return false;
     report.add("vtk_file", "", vtk);
     report.add("vtk_exaggeration", "", factor);
     report.line("deformed beam", vtk + text(" (for ParaView; displacements x %.0f)", factor));
+    return true;
 }
 
 int run(const Options& options)
@@ -147,18 +186,24 @@ int run(const Options& options)
     Stopwatch watch;
     const bool beam = options.matrix.empty();
     const BeamMesh& mesh = options.beam;
-    checkWritable(options.solution);
-    checkWritable(beam ? options.vtk : "");
-    if (options.threads > 0)
-        blaC_set_num_threads(options.threads);
+    checkOutputs(options);
     const Monitor monitor = progressLine(!options.json);
+    const ProgressEnd end{monitor};
     monitor("reading", 0.0);
     const Problem problem = readProblem(options);
-    const Phase input{watch.lap(), 0.0};
-    const bool symmetric = problem.a.symmetric && options.method != Method::unsymmetric;
-    const Outcome outcome =
-        solve(problem.a, problem.b, {symmetric, options.tolerance, options.nb, options.refinements}, monitor);
-    const Phase total{input.seconds + watch.lap(), 0.0};
+    const Matrix& a = problem.a;
+    const Phase input{watch.lap()};
+    const bool symmetric = a.symmetric && options.method != Method::unsymmetric;
+    Library library(monitor);
+    library.set("threads", options.threads);
+    library.set("tolerance", options.tolerance);
+    library.set("panel_width", options.nb);
+    library.set("refinements", options.refinements);
+    library.analyse(a, symmetric);
+    library.factorise(a);
+    Block x = library.solve(problem.b);
+    library.refine(a, problem.b, x);
+    const Phase total{input.seconds + watch.lap()};
     monitor("", 1.0);
 
     Report report;
@@ -175,55 +220,64 @@ int run(const Options& options)
         report.heading(options.matrix);
         report.add("file", "", options.matrix);
     }
-    report.add("unknowns", "unknowns", std::int64_t{problem.a.n});
-    report.add("nonzeros", "nonzeros", static_cast<std::int64_t>(problem.a.entries()));
-    report.add("symmetric", "symmetric", problem.a.symmetric);
+    report.add("unknowns", "unknowns", std::int64_t{a.n});
+    report.add("nonzeros", "nonzeros", static_cast<std::int64_t>(a.entries()));
+    report.add("symmetric", "symmetric", a.symmetric);
     report.add("right_hand_sides", "right-hand sides", std::int64_t{problem.b.columns});
     report.heading("Factorisation");
     report.add("method", "method", std::string(symmetric ? "L*D*L^T" : "L*D*U"));
-    report.add("ordering", "ordering", std::string(outcome.ordering));
-    report.add("fronts", "fronts", std::int64_t{outcome.fronts});
-    report.add("largest_front", "largest front", std::int64_t{outcome.largestFront});
-    report.add("factor_entries", "factor entries", outcome.factorEntries);
-    report.add("gflop", "", outcome.factorisation.flops * 1e-9);
-    report.add("positive_pivots", "positive pivots", std::int64_t{outcome.positive});
-    report.add("negative_pivots", "negative pivots", std::int64_t{outcome.negative});
-    report.add("replaced_pivots", "replaced pivots", std::int64_t{outcome.replaced});
-    report.add("shifted_pivots", "shifted pivots", std::int64_t{outcome.shifted});
+    const char* const orderings[] = {"", "METIS", "AMD", "given"};
+    report.add("ordering", "ordering",
+               std::string(orderings[static_cast<int>(library.get("ordering_used"))]));
+    addCount(report, library, "fronts", "fronts");
+    addCount(report, library, "largest_front", "largest front");
+    addCount(report, library, "factor_entries", "factor entries");
+    report.add("gflop", "", library.get("flops") * 1e-9);
+    addCount(report, library, "positive_pivots", "positive pivots");
+    addCount(report, library, "negative_pivots", "negative pivots");
+    addCount(report, library, "replaced_pivots", "replaced pivots");
+    addCount(report, library, "shifted_pivots", "shifted pivots");
+    addCount(report, library, "memory", "memory in bytes");
     report.heading("Time");
-    report.add("threads", "BLAS threads", std::int64_t{blaC_get_num_threads()});
+    report.add("threads", "threads", static_cast<std::int64_t>(library.get("threads_used")));
     addPhase(report, "input", beam ? "assembly" : "reading", input);
-    addPhase(report, "analysis", "analysis", outcome.analysis);
-    addPhase(report, "factorisation", "factorisation", outcome.factorisation);
-    addPhase(report, "solution", "solution", outcome.solution);
-    addPhase(report, "refinement", "residuals", outcome.refinement);
+    addPhase(report, "analysis", "analysis", {library.get("seconds_analyse")});
+    addPhase(report, "factorisation", "factorisation",
+             {library.get("seconds_factorise"), library.get("flops")});
+    addPhase(report, "solution", "solution",
+             {library.get("seconds_solve"), 4.0 * x.columns * library.get("factor_entries")});
+    addPhase(report, "refinement", "refinement", {library.get("seconds_refine")});
     addPhase(report, "total", "total", total);
-    if (beam)
-        reportBeam(report, mesh, outcome.answer.x, options.vtk);
+    bool complete = !beam || reportBeam(report, mesh, x, options.vtk);
     report.heading("Answer");
-    report.add("refinement_steps", "refinement steps", std::int64_t{outcome.answer.steps});
-    report.add("relative_residual", "relative residual", outcome.answer.residual);
-    report.add("estimated_error", "estimated error", outcome.answer.correction);
+    addCount(report, library, "refinement_steps", "refinement steps");
+    report.add("relative_residual", "relative residual", library.get("residual"));
+    report.add("backward_error", "backward error", library.get("backward_error"));
+    report.add("condition", "condition", library.get("condition"));
+    report.add("estimated_error", "bound on the error", library.get("error_estimate"));
     if (problem.exact.n > 0)
-        report.add("solution_error", "error of the solution", relativeError(outcome.answer.x, problem.exact));
-    report.add("trusted", "", outcome.trusted);
-    report.add("verdict", "verdict", outcome.verdict);
+        report.add("solution_error", "error of the solution", relativeError(x, problem.exact));
+    addCount(report, library, "unheld_motions", "");
+    const bool trusted = library.get("trusted") == 1.0;
+    report.add("trusted", "", trusted);
+    report.add("verdict", "verdict", library.verdict());
     if (!options.solution.empty())
-        writeVectors(options.solution, outcome.answer.x);
-    std::fputs((options.json ? report.json() : report.text()).c_str(), stdout);
-    return outcome.trusted ? 0 : 1;
+        complete &= written([&] { writeVectors(options.solution, x); });
+    complete &= standard::print("bla_solve", options.json ? report.json() : report.text()) == 0;
+    return trusted && complete ? 0 : 1;
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
+    standard::prepare();
     try {
         const Options options = parseOptions(argc, argv);
-        if (options.help) {
-            std::fputs(helpText, stdout);
-            return 0;
-        }
+        if (options.help)
+            return standard::print("bla_solve", helpText);
+        if (options.version)
+            return standard::print("bla_solve", "bla_solve " BLA_VERSION "\n");
         return run(options);
     } catch (const InputError& error) {
         std::fprintf(stderr, "bla_solve: %s\n", error.what());

@@ -1,17 +1,21 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Matrix Market files. Every function throws InputError with one line that names the file (and the line in
-// it) when the file is not what is asked for.
+// Matrix Market files, read in one pass: memory and time go with the size of the file, not with the numbers
+// in its header. Readers throw InputError with one line that names the file (and the line in it) when the
+// file is not what is asked for.
 #pragma once
 
-#include "sparse_matrix.h"
+#include "matrix.h"
 
 #include <string>
 
-// A real square matrix, coordinate or array format, general, symmetric or skew-symmetric. `symmetric` is
-// set when the values are symmetric, whatever the header says.
-SparseMatrix readMatrix(const std::string& path);
+// A real square matrix, coordinate or array format, general, symmetric or skew-symmetric. Entries given more
+// than once are summed, zeros given by coordinates are kept. `symmetric` is set when the values are
+// symmetric, whatever the header says. A large matrix with fewer entries than rows is refused, being
+// singular.
+Matrix readMatrix(const std::string& path);
 
 // Right-hand sides: a real file of n rows, one or several columns.
-Vectors readVectors(const std::string& path, int n);
+Block readVectors(const std::string& path, int n);
 
-void writeVectors(const std::string& path, const Vectors& x);
+// As an array; throws OutputError.
+void writeVectors(const std::string& path, const Block& x);

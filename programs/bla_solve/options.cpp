@@ -38,11 +38,17 @@ output
   --solution FILE   write the solution as a Matrix Market array
   --vtk FILE        where the deformed beam goes (beam.vtu)
   --no-vtk          do not write it
+  --version         the version of the program
   --help            this text
+
+A matrix is real, general, symmetric or skew-symmetric, coordinate or array; exponents may be Fortran's
+(1.0D+00). A compressed file is to be unpacked first. An output file appears whole or not at all, and
+never takes the place of an input file; devices, pipes and /dev/stdout are written straight.
 
 exit status
   0  solved
-  1  a report was printed, but the answer is not to be trusted; the verdict says why
+  1  a report was printed, but the answer is not to be trusted (the verdict says why), or something could not be
+     written: one line on stderr for each
   2  bad input: one line on stderr, nothing written
 )";
 
@@ -89,6 +95,8 @@ Options parseOptions(int argc, char** argv)
         };
         if (word == "--help" || word == "-h") {
             options.help = true;
+        } else if (word == "--version") {
+            options.version = true;
         } else if (word == "--json") {
             options.json = true;
         } else if (word == "--mesh") {
@@ -133,7 +141,7 @@ Options parseOptions(int argc, char** argv)
             options.matrix = word;
         }
     }
-    if (options.help)
+    if (options.help || options.version)
         return options;
     if (!options.matrix.empty() && mesh)
         throw InputError("--mesh goes with the beam, not with a file");
@@ -141,7 +149,7 @@ Options parseOptions(int argc, char** argv)
         throw InputError("--vtk and --no-vtk go with the beam, not with a file");
     if (options.matrix.empty() && (rhs || columns))
         throw InputError("--rhs and --columns go with a file; the beam has its own load");
-    if (columns && options.rhs != "ones" && options.rhs != "random")
+    if (columns && !options.rhsFile().empty())
         throw InputError("--columns: the number of right-hand sides is that of " + options.rhs);
     return options;
 }

@@ -21,7 +21,9 @@ struct Options
     std::string vtk = "beam.vtu"; // empty: none
     std::string solution;         // empty: not written
     bool json = false;
-    bool help = false;
+    bool help = false, version = false;
+
+    std::string rhsFile() const { return rhs == "ones" || rhs == "random" ? "" : rhs; }
 };
 
 extern const char* const helpText;

@@ -48,5 +48,6 @@ must(info["processor"]["tier_of_two"] == ("V" if features == every else "A"), "t
 
 words = run().stdout
 must(all(info[part]["file"] in words for part in ("blas", "lapack")) and info["file"] in words, "the text")
+must(run("--version").stdout == f"bla_info {version}\n", "--version")
 must("usage: bla_info" in run("--help").stdout, "--help")
 must("--nonsense" in run("--nonsense", status=2).stderr, "an option that is none")

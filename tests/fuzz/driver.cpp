@@ -4,7 +4,9 @@
 //     fuzz_... [--runs N] [--seconds S] [--seed SEED] [FILE or DIRECTORY...]
 //
 // judges the files first, then N inputs (or S seconds of them) made from these files, or from nothing, by
-// random changes. An input that is a finding is written to finding.bin.
+// random changes. The seed is that of all tests (BLA_TEST_SEED), or SEED. An input that is a finding is
+// written to finding-TARGET.bin.
+#include "../support/seed.h"
 #include "bytes.h"
 
 #include <algorithm>
@@ -24,14 +26,16 @@
 
 using Input = std::vector<std::uint8_t>;
 
+#define FINDING "finding-" BLA_FUZZ_TARGET ".bin"
+
 static Input input; // the one under judgement
 
 static void keep_finding(int number)
 {
-    const int file = open("finding.bin", O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    const int file = open(FINDING, O_WRONLY | O_CREAT | O_TRUNC, 0644);
     if (file < 0 || write(file, input.data(), input.size()) < 0)
         _exit(3);
-    static const char message[] = "the input is in finding.bin\n";
+    static const char message[] = "the input is in " FINDING "\n";
     if (write(2, message, sizeof message - 1) < 0)
         _exit(3);
     std::signal(number, SIG_DFL);
@@ -68,7 +72,7 @@ static Input change(const std::vector<Input>& corpus, std::mt19937_64& random)
                 bytes[at] = static_cast<std::uint8_t>(random());
             break;
         case 2: // a character that texts are made of
-            bytes.insert(place(at), static_cast<std::uint8_t>("0123456789 \n\t-+.eE%"[random() % 19]));
+            bytes.insert(place(at), static_cast<std::uint8_t>("0123456789 \n\t-+.eE%dD\r"[random() % 22]));
             break;
         case 3:
             bytes.erase(place(at), place(at + length));
@@ -92,7 +96,7 @@ static Input change(const std::vector<Input>& corpus, std::mt19937_64& random)
 
 int main(int argc, char** argv)
 {
-    unsigned long runs = 0, seed = std::random_device{}();
+    unsigned long runs = 0, seed = support::seed_of_run();
     double seconds = 0.0;
     std::vector<Input> corpus;
     for (int i = 1; i < argc; ++i) {

@@ -2,6 +2,9 @@
 """Small wrong changes to the library, and the programs of which one must fail on each.
 
 (what it breaks, file, text found exactly once in it, text in its place, programs)
+
+A program is a target of the build, or a test in Python that runs the programs, with its arguments: "kernel_tests
+--gtest_filter=*Scale*", "tests/solve/test_files.py Bad".
 """
 MODULE = "TOVBla/TOVBlaModule.m/"
 SOURCE = "TOVBla/TOVBlaCore.m/src/"

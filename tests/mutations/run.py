@@ -1,26 +1,33 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: BSD-3-Clause
-"""Are the tests worth something? Applies each mutation of mutations.py to a copy of the tree, builds the programs that
-should notice, and runs them; each must be caught by a failing program. A mutation that no longer applies to the source
-fails the run, and so does one that does not compile: it says nothing about the tests.
+"""Are the tests worth something? Applies each mutation of mutations.py (the library) and programs.py to a copy of the
+tree, builds the programs that should notice, and runs them; each must be caught by a failing program. A mutation that no
+longer applies to the source fails the run, and so does one that does not compile: it says nothing about the tests.
 
     run.py [--build DIRECTORY] [--sample N] [--seed SEED] [WORD...]
     run.py --apply
 
---apply only asks whether each mutation still applies to the source. --sample N takes N of them at random; words pick those whose description contains one. The first run builds everything
-and takes its time, later ones only what a mutation touches.
+--apply only asks whether each mutation still applies to the source. --sample N takes N of them at random; words pick those
+whose description contains one. The first run builds everything and takes its time, later ones only what a mutation touches.
 """
 import argparse
 import os
 import random
+import shlex
 import shutil
 import subprocess
 import sys
 import time
 
-from mutations import MUTATIONS
+import mutations
+import programs
 
+MUTATIONS = mutations.MUTATIONS + programs.MUTATIONS
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+
+
+# The numbers of inputs that the tests give them.
+FUZZERS = {"fuzz_kernels": "6000", "fuzz_matrix_market": "20000"}
 
 
 def applied(text, old, new, file):
@@ -51,7 +58,7 @@ class Copy:
                 target = os.path.join(self.tree, part.name)
                 self.refresh(part.path, target) if part.is_dir() else self.refresh_file(part.path, target)
         self.run("cmake", "-S", self.tree, "-B", self.build, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
-                 "-DBLA_BUILD_PROGRAMS=OFF", "-DBLA_BUILD_EXAMPLES=OFF", "-DBLA_BUILD_TESTS=ON", check=True)
+                 "-DBLA_BUILD_EXAMPLES=OFF", "-DBLA_BUILD_TESTS=ON", check=True)
 
     def refresh(self, source, target):
         os.makedirs(target, exist_ok=True)
@@ -71,37 +78,44 @@ class Copy:
         shutil.copy(source, target)
 
     def run(self, *command, check=False, timeout=None):
-        environment = dict(os.environ, OPENBLAS_NUM_THREADS="1", BLA_TEST_SEED="1", PYTHONDONTWRITEBYTECODE="1")
+        environment = dict(os.environ, OPENBLAS_NUM_THREADS="1", BLA_TEST_SEED="1", PYTHONDONTWRITEBYTECODE="1",
+                           BLA_SOLVE=self.program("bla_solve"), BLA_INFO=self.program("bla_info"))
         result = subprocess.run(command, cwd=self.tree, env=environment, stdout=subprocess.PIPE,
                                 stderr=subprocess.STDOUT, timeout=timeout)
         if check and result.returncode:
             sys.exit(f"{' '.join(command)} failed:\n" + result.stdout.decode(errors="replace")[-3000:])
         return result.returncode
 
+    def program(self, name):
+        return os.path.join(self.build, "bin", name)
+
     def compile(self, program, check=False):
-        target = "ZEFTOVBlaModule" if program == "instructions" else program
-        return self.run("cmake", "--build", self.build, "--target", target, check=check)
+        targets = ["ZEFTOVBlaModule"] if program == "instructions" else [program]
+        if program.endswith(".py"):
+            targets = ["bla_solve", "bla_info"]
+        return self.run("cmake", "--build", self.build, "--target", *targets, check=check)
 
     def fails(self, program, arguments):
         if program == "instructions":
             library = os.path.join(self.build, "lib", "libZEFTOVBlaModule.so")
             return self.run(sys.executable, "-B", "tests/library/instructions_check.py", library)
-        if program == "fuzz_kernels":
-            arguments = ("--seed", "1", "--runs", "6000", "tests/fuzz/corpus/kernels")
+        if program in FUZZERS:
+            arguments = ("--seed", "1", "--runs", FUZZERS[program], "tests/fuzz/corpus/" + program[len("fuzz_"):])
+        command = (sys.executable, program) if program.endswith(".py") else (self.program(program),)
         try:
-            return self.run(os.path.join(self.build, "bin", program), *arguments, timeout=600)
+            return self.run(*command, *arguments, timeout=600)
         except subprocess.TimeoutExpired: # an endless loop is noticed as well
             return "timeout"
 
 
-def split(programs):
-    """("a", "b", "--x") as [("a", ()), ("b", ("--x",))]."""
+def split(lines):
+    """("a", "b --x", "c.py D.e", "--y") as [("a", []), ("b", ["--x"]), ("c.py", ["D.e", "--y"])]."""
     commands = []
-    for word in programs:
-        if word.startswith("-"):
-            commands[-1][1].append(word)
-        else:
-            commands.append((word, []))
+    for line in lines:
+        words = shlex.split(line)
+        if not line.startswith("-"):
+            commands.append((words.pop(0), []))
+        commands[-1][1].extend(words)
     return commands
 
 

@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <ostream>
 #include <vector>
 
 using namespace support;
@@ -31,6 +32,11 @@ struct Driver
     bool symmetric, regularised;
     Form form;
 };
+// Names of tests show a driver by its name, not by its address.
+void PrintTo(const Driver& driver, std::ostream* out)
+{
+    *out << driver.name;
+}
 constexpr Driver Drivers[] = {
     {"selim_small", true, false, Form::Small}, {"selim", true, false, Form::Blocked},
     {"selimC", true, false, Form::Packed},     {"selim_small_reg", true, true, Form::Small},

@@ -10,7 +10,7 @@ import unittest
 
 PROGRAM = os.environ["BLA_SOLVE"]
 SOURCE = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-DATA = os.environ.get("BLA_TEST_DATA", os.path.join(os.path.dirname(SOURCE), "shared", "data"))
+DATA = os.path.join(SOURCE, "tests", "data")
 
 
 class Case(unittest.TestCase):

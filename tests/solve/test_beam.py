@@ -18,6 +18,9 @@ class Beam(runner.Case):
         self.assertEqual(report["nonzeros"], 9 * (3 * 20 - 2) * (3 * 6 - 2) * (3 * 5 - 2))
         self.assertEqual(report["positive_pivots"], report["unknowns"])
         self.assertLess(report["relative_residual"], 1e-14)
+        self.assertEqual(report["verdict"], "solved")
+        self.assertLess(report["estimated_error"], 1e-6)
+        self.assertGreater(report["estimated_error"], 2.0 ** -53)
         theory = report["tip_deflection_theory"]
         self.assertAlmostEqual(theory, 1.9193e-3, delta=1e-7)
         self.assertAlmostEqual(report["tip_deflection"] / theory, 1.0, delta=0.02)
@@ -45,6 +48,12 @@ class Beam(runner.Case):
         tips = [self.report("--mesh", "8x4x4", "--no-vtk", "--nb", nb)["tip_deflection"] for nb in (1, 3, 32, 1000)]
         for tip in tips:
             self.assertAlmostEqual(tip / tips[0], 1.0, delta=1e-10)
+
+    def test_the_bound_on_the_error_needs_no_refinement(self):
+        bounds = [self.report("--mesh", "8x4x4", "--no-vtk", "--refine", steps)["estimated_error"] for steps in (0, 10)]
+        self.assertGreater(bounds[0], 1e-14)
+        self.assertLess(bounds[0], 1e-6)
+        self.assertAlmostEqual(bounds[0] / bounds[1], 1.0, delta=9.0)
 
     def test_the_numbers_of_threads_are_taken(self):
         self.assertEqual(self.report("--mesh", "4x2x2", "--no-vtk", "--threads", 1)["threads"], 1)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Real matrices in Matrix Market files: the tests that want them are skipped where their folder is missing.
+// Real matrices in Matrix Market files.
 #pragma once
 
 #include <algorithm>
@@ -48,7 +48,7 @@ struct Rows
     }
 };
 
-/// The files of the folder that BLA_TEST_DATA names, or of the one that the build was told; none without it.
+/// The files of the folder that BLA_TEST_DATA names in the environment, else those of tests/data.
 inline std::vector<std::filesystem::path> matrix_files()
 {
     const char* const named = std::getenv("BLA_TEST_DATA");

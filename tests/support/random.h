@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Random test data. The seed is printed when a test program starts; BLA_TEST_SEED sets it.
+// Random test data. The seed is printed when a test program starts; seed.h says what it is.
 #pragma once
 
 #include "guarded.h"

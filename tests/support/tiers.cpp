@@ -2,17 +2,13 @@
 #include "tiers.h"
 #include "processor.h"
 #include "random.h"
-
-#include <cstdlib>
+#include "seed.h"
 
 namespace support {
 
 std::uint64_t seed()
 {
-    static const std::uint64_t value = [] {
-        const char* text = std::getenv("BLA_TEST_SEED");
-        return text ? std::strtoull(text, nullptr, 0) : std::random_device{}();
-    }();
+    static const std::uint64_t value = seed_of_run();
     return value;
 }
 

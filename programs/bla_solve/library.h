@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The solver's library as the program calls it.
+#pragma once
+
+#include "matrix.h"
+
+#include <TOVBlaSolver.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+// Called with what is being done and the share of it that is done.
+using Monitor = std::function<void(const char*, double)>;
+
+// Every call throws std::runtime_error with the library's sentence where it fails, std::bad_alloc without
+// memory.
+class Library
+{
+public:
+    explicit Library(const Monitor& monitor);
+
+    void set(const char* option, double value);
+    double get(const char* quantity) const;
+
+    // As a symmetric matrix, of which the lower half is taken, or as a general one.
+    void analyse(const Matrix& a, bool symmetric);
+    void factorise(const Matrix& a);
+    Block solve(const Block& b);
+    void refine(const Matrix& a, const Block& b, Block& x);
+    std::string verdict() const;
+
+private:
+    struct Destroy
+    {
+        void operator()(bla_solver* solver) const { bla_solver_destroy(solver); }
+    };
+    void check(int status) const;
+
+    std::unique_ptr<bla_solver, Destroy> solver_;
+};

@@ -1,0 +1,299 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "handle.h"
+
+#include "bounds.h"
+#include "failure.h"
+#include "refine.h"
+#include "stopwatch.h"
+
+#include <TOVBlaModule.h>
+
+#include <algorithm>
+#include <new>
+#include <thread>
+
+namespace {
+
+// Where replacing tiny pivots does not do, they are moved by this much: the root of the rounding unit, as
+// usual in static pivoting, lets refinement take out what the shift put in.
+constexpr double pivotShift = 0x1p-26;
+// What counts as tiny then: whatever the shift surely moves away from zero, to half of itself at least.
+constexpr double shiftTolerance = pivotShift / 2;
+// Right-hand sides that are copied and solved for at a time.
+constexpr int blockColumns = 64;
+
+// The number of BLAS threads while a call lasts.
+class BlasThreads
+{
+public:
+    explicit BlasThreads(double wanted) : before_(blaC_get_num_threads())
+    {
+        const int count = wanted > 0.0 ? static_cast<int>(wanted)
+                                       : static_cast<int>(std::max(std::thread::hardware_concurrency(), 1u));
+        changed_ = count != before_;
+        if (changed_)
+            blaC_set_num_threads(count);
+    }
+    ~BlasThreads()
+    {
+        if (changed_)
+            blaC_set_num_threads(before_);
+    }
+    BlasThreads(const BlasThreads&) = delete;
+    BlasThreads& operator=(const BlasThreads&) = delete;
+
+private:
+    int before_;
+    bool changed_ = false;
+};
+
+Vectors copied(const double* b, std::int64_t ld, int n, int columns)
+{
+    Vectors x(n, columns);
+    for (int j = 0; j < columns; ++j)
+        std::copy_n(b + ld * j, n, x.column(j));
+    return x;
+}
+
+void copyBack(const Vectors& x, double* b, std::int64_t ld)
+{
+    for (int j = 0; j < x.columns; ++j)
+        std::copy_n(x.column(j), x.n, b + ld * j);
+}
+
+void checkWishes(const Wishes& wishes, int n)
+{
+    if (wishes.ordering == Ordering::given && static_cast<int>(wishes.order.size()) != n)
+        throw Failure(BLA_SOLVER_BAD_ARGUMENT,
+                      "an order of " + std::to_string(n) + " unknowns is asked for, " +
+                          std::to_string(wishes.order.size()) + " are given (bla_solver_set_order)");
+    std::vector<char> seen(n, 0);
+    for (int unknown : wishes.kept) {
+        if (unknown >= n || seen[unknown])
+            throw Failure(BLA_SOLVER_BAD_ARGUMENT,
+                          "the unknown " + std::to_string(unknown) +
+                              " to be kept is not there, or twice (bla_solver_set_schur)");
+        seen[unknown] = 1;
+    }
+}
+
+} // namespace
+
+void bla_solver::analyse(Kind kind, int n, const std::int64_t* start, const int* column)
+{
+    Stopwatch watch;
+    report("analysing", 0.0);
+    Wishes asked{static_cast<Ordering>(static_cast<int>(options.ordering)), {}, kept};
+    if (asked.ordering == Ordering::given)
+        asked.order = order;
+    checkWishes(asked, n);
+    auto given = std::make_unique<const Rows>(kind, n, start, column);
+    auto made = std::make_unique<const Plan>(given->pattern(), asked, patternDemands(given->pattern()));
+    report("analysing", 1.0);
+    rows = std::move(given);
+    wishes = std::move(asked);
+    plan = std::move(made);
+    secondsAnalyse = watch.lap();
+    numbers.reset();
+    answer.reset();
+}
+
+void bla_solver::factorise(const double* value)
+{
+    Stopwatch watch;
+    report("factorising", 0.0);
+    const BlasThreads threads(options.threads);
+    auto made = std::make_unique<Numbers>();
+    made->threads = blaC_get_num_threads();
+    {
+        const SparseMatrix a = rows->matrix(value);
+        made->equilibrated =
+            a.symmetric ? equilibrateSymmetric(a) : equilibrateUnsymmetric(a, plan->demands.rowOf);
+    }
+    Demands demands = numericDemands(made->equilibrated);
+    std::unique_ptr<const Plan> other;
+    if (!serves(plan->demands, demands))
+        other = std::make_unique<const Plan>(made->equilibrated.matrix, wishes, std::move(demands));
+    const Plan& used = other ? *other : *plan;
+    const double bytes = used.bytes(rows->pattern());
+    if (options.memoryLimit > 0.0 && bytes > options.memoryLimit)
+        throw Failure(BLA_SOLVER_OUT_OF_MEMORY, "a factorisation takes " + std::to_string(bytes) +
+                                                    " bytes, memory_limit allows " +
+                                                    std::to_string(options.memoryLimit));
+    // In place of the old factor, unless what follows can fail.
+    const bool inPlace = numbers && !other && !monitor;
+    if (!inPlace)
+        made->factor = std::make_unique<Factor>(used.analysis, *used.assembly);
+    made->replaced.reserve(rows->pattern().n);
+
+    factoriseWell(inPlace ? *numbers->factor : *made->factor, *made);
+
+    if (inPlace)
+        made->factor = std::move(numbers->factor);
+    made->equilibrated.matrix = {};
+    if (!made->shifted)
+        for (const TreatedPivot& pivot : made->factor->treatedPivots())
+            made->replaced.push_back(pivot.unknown);
+    std::sort(made->replaced.begin(), made->replaced.end());
+    made->seconds = watch.lap();
+    numbers = std::move(made);
+    answer.reset();
+    if (other)
+        plan = std::move(other);
+}
+
+// Factorises with tiny pivots replaced or shifted as asked. Where that is left to us, and the factor does not
+// find known solutions again, they are shifted if that does better.
+void bla_solver::factoriseWell(Factor& factor, Numbers& made) const
+{
+    const SparseMatrix& a = made.equilibrated.matrix;
+    const int width = static_cast<int>(options.panelWidth);
+    const PivotRule asked{options.tolerance, options.shift, width},
+        shifting{shiftTolerance, pivotShift, width};
+    const auto run = [&](const PivotRule& rule, const char* phase) {
+        factor.factorise(a.value.data(), rule, [&](double share) { report(phase, share); });
+        made.shifted = rule.shift > 0.0;
+    };
+    run(asked, "factorising");
+    const bool definite = a.n == 0 || (a.symmetric && factor.negative() == 0 && factor.treated() == 0);
+    if (definite || options.shift > 0.0 || !wishes.kept.empty())
+        return;
+    const Factorised inverse{[&](Vectors& x) { factor.solve(x); }, [&](Vectors& x) { factor.solve(x, true); },
+                             true};
+    try {
+        const Recovery first = recover(a, inverse.solve);
+        if (first.good())
+            return;
+        run(shifting, "factorising with shifted pivots");
+        const Recovery second = recover(a, inverse.solve);
+        if (!second.regular())
+            made.unheld = findUnheldMotions(a, factor.treatedPivots(), inverse);
+        if (second.better(first))
+            return;
+    } catch (const std::bad_alloc&) { // no memory to look into it
+    }
+    if (made.shifted)
+        run(asked, "factorising again");
+}
+
+void bla_solver::apply(Vectors& x, bool transposed) const
+{
+    if (transposed)
+        numbers->equilibrated.enterTransposed(x);
+    else
+        numbers->equilibrated.enter(x);
+    numbers->factor->solve(x, transposed);
+    if (transposed)
+        numbers->equilibrated.leaveTransposed(x);
+    else
+        numbers->equilibrated.leave(x);
+}
+
+void bla_solver::solve(bool transposed, int columns, double* b, std::int64_t ldb)
+{
+    Stopwatch watch;
+    const BlasThreads threads(options.threads);
+    for (int j = 0; j < columns; j += blockColumns) {
+        report("solving", static_cast<double>(j) / columns);
+        Vectors x = copied(b + ldb * j, ldb, n(), std::min(blockColumns, columns - j));
+        apply(x, transposed);
+        copyBack(x, b + ldb * j, ldb);
+    }
+    numbers->secondsSolve = watch.lap();
+}
+
+void bla_solver::refine(const double* value, int columns, const double* b, std::int64_t ldb, double* x,
+                        std::int64_t ldx)
+{
+    Stopwatch watch;
+    const BlasThreads threads(options.threads);
+    auto told = std::make_unique<Answer>();
+    Evidence& worst = told->evidence;
+    worst.n = n();
+    worst.structuralRank = numbers->equilibrated.structuralRank;
+    worst.treated = numbers->factor->treated();
+    worst.motions = numbers->unheld.count;
+    worst.unknowns = numbers->unheld.unknowns;
+    const SparseMatrix a = rows->matrix(value), scaled = numbers->equilibrated.applied(a);
+    const Factorised factorised{[&](Vectors& v) { numbers->factor->solve(v); },
+                                [&](Vectors& v) { numbers->factor->solve(v, true); }, worst.treated > 0};
+    for (int j = 0; j < columns && n() > 0; j += blockColumns) {
+        report("refining", static_cast<double>(j) / columns);
+        const int width = std::min(blockColumns, columns - j);
+        Vectors right = copied(b + ldb * j, ldb, n(), width);
+        Refined refined = refineFrom(
+            a, right, copied(x + ldx * j, ldx, n(), width), [&](Vectors& v) { apply(v, false); },
+            static_cast<int>(options.refinements));
+        copyBack(refined.x, x + ldx * j, ldx);
+        // In the equilibrated system, where neither A^-1 nor its products overflow; the error is that of x.
+        numbers->equilibrated.enter(right);
+        worst.unreachable = std::max(worst.unreachable, unreachable(numbers->unheld, right));
+        for (int k = 0; k < width; ++k)
+            for (int i = 0; i < n(); ++i)
+                refined.x.column(k)[i] /= numbers->equilibrated.column[i];
+        const ErrorBound bound =
+            boundError(scaled, right, refined.x, numbers->equilibrated.column, factorised);
+        worst.residual = std::max(worst.residual, refined.residual);
+        worst.error = std::max(worst.error, bound.forward());
+        told->condition = std::max(told->condition, bound.cond1 + bound.cond2);
+        told->backwardError = std::max(told->backwardError, refined.backward.sum());
+        told->steps = std::max(told->steps, refined.steps);
+    }
+    told->verdict = ::verdict(worst);
+    told->seconds = watch.lap();
+    answer = std::move(told);
+}
+
+void bla_solver::pivots(double* d) const
+{
+    const std::vector<double>& made = numbers->factor->pivots();
+    const std::vector<double>& scale = numbers->equilibrated.row;
+    for (int k = 0; k < n(); ++k) {
+        const int unknown = plan->analysis.permutation[k];
+        d[unknown] = made[k] == 1.0e36 ? made[k] : made[k] / scale[unknown] / scale[unknown];
+    }
+}
+
+// The factor's front holds the kept unknowns in the order of elimination, scaled.
+void bla_solver::schur(double* c, std::int64_t ldc) const
+{
+    const Analysis& analysis = plan->analysis;
+    const Front& front = analysis.fronts[analysis.kept];
+    const Equilibrated& e = numbers->equilibrated;
+    const int count = front.pivots;
+    for (int j = 0; j < count; ++j)
+        for (int i = 0; i < count; ++i) {
+            int row = analysis.inverse[wishes.kept[i]] - front.first;
+            int column = analysis.inverse[wishes.kept[j]] - front.first;
+            if (plan->symmetric() && row < column)
+                std::swap(row, column);
+            c[i + ldc * j] = numbers->factor->schur()[row + static_cast<std::size_t>(count) * column] /
+                             e.row[wishes.kept[i]] / e.column[wishes.kept[j]];
+        }
+}
+
+void bla_solver::report(const char* phase, double share) const
+{
+    if (monitor && monitor(monitorContext, phase, share) != 0)
+        throw Failure(BLA_SOLVER_CANCELLED, std::string("cancelled while ") + phase);
+}
+
+void bla_solver::requireAnalysis() const
+{
+    if (!plan)
+        throw Failure(BLA_SOLVER_NOT_READY, "nothing has been analysed yet (bla_solver_analyse)");
+}
+
+void bla_solver::requireFactor() const
+{
+    requireAnalysis();
+    if (!numbers)
+        throw Failure(BLA_SOLVER_NOT_READY, "there is no factor yet (bla_solver_factorise)");
+}
+
+void bla_solver::requireAnswer() const
+{
+    requireFactor();
+    if (!answer)
+        throw Failure(BLA_SOLVER_NOT_READY, "nothing is known of an answer yet (bla_solver_refine)");
+}

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// How a matrix will be factorised: decided by its pattern, and by its numbers where they ask for another
+// order than the pattern told.
+#pragma once
+
+#include "analysis.h"
+#include "assembly.h"
+#include "scaling.h"
+#include "sparse_matrix.h"
+
+#include <memory>
+#include <vector>
+
+// What the caller asks for.
+struct Wishes
+{
+    Ordering ordering = Ordering::choose;
+    std::vector<int> order; // of Ordering::given
+    std::vector<int> kept;  // unknowns of the Schur complement
+};
+
+// What the numbers ask for.
+struct Demands
+{
+    std::vector<char>
+        late; // symmetric: unknowns without a diagonal entry, eliminated behind their neighbours
+    std::vector<int> rowOf; // general: the row in the place of each
+};
+
+struct Plan
+{
+    Plan(const SparseMatrix& pattern, const Wishes& wishes, Demands demands);
+
+    Demands demands;
+    Analysis analysis;
+    std::unique_ptr<const Assembly> assembly;
+
+    bool symmetric() const { return assembly->symmetric(); }
+    double factorEntries() const;
+    double flops() const;
+    // What a factorisation takes at most at once, the handle's copies of the pattern and the values included.
+    double bytes(const SparseMatrix& pattern) const;
+};
+
+// What there is to demand without numbers.
+Demands patternDemands(const SparseMatrix& pattern);
+// What a matrix with numbers demands, given how it was equilibrated.
+Demands numericDemands(const Equilibrated& equilibrated);
+// Whether a plan made for some demands serves others.
+bool serves(const Demands& plan, const Demands& demands);

@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Equilibration: powers of two, exactly applied, that bring the entries to the order of one.
+#include "random.h"
+#include "scaling.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace support;
+
+namespace {
+
+double magnitude(std::mt19937_64& random)
+{
+    const double x = 1.0 + std::uniform_real_distribution<double>(0.0, 1.0)(random);
+    return std::ldexp(random() % 2 ? x : -x, static_cast<int>(random() % 61) - 30);
+}
+
+// Rows and columns of very different size, some of them empty, some entries explicit zeros.
+SparseMatrix drawn(int n, bool symmetric, std::mt19937_64& random)
+{
+    std::vector<Triplet> entries;
+    std::vector<double> size(n);
+    for (double& s : size)
+        s = magnitude(random);
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j < (symmetric ? i + 1 : n); ++j) {
+            if (i % 11 == 5 || j % 11 == 5 || (i != j && random() % 4 != 0))
+                continue;
+            const double x = random() % 9 == 0 ? 0.0 : magnitude(random) * size[i] * size[j];
+            entries.push_back({i, j, x});
+            if (symmetric && i != j)
+                entries.push_back({j, i, x});
+        }
+    SparseMatrix a = fromTriplets(n, entries);
+    a.symmetric = symmetric;
+    return a;
+}
+
+bool power_of_two(double x)
+{
+    int exponent;
+    return std::frexp(x, &exponent) == 0.5;
+}
+
+// matrix = diag(row) * Q * A * diag(column), rounded nowhere
+void expect_scaled(const SparseMatrix& a, const Equilibrated& e)
+{
+    ASSERT_EQ(e.matrix.n, a.n);
+    for (int i = 0; i < a.n; ++i) {
+        ASSERT_TRUE(power_of_two(e.row[i])) << e.row[i];
+        ASSERT_TRUE(power_of_two(e.column[i])) << e.column[i];
+        const int old = e.rowOf[i];
+        ASSERT_EQ(e.matrix.start[i + 1] - e.matrix.start[i], a.start[old + 1] - a.start[old]);
+        auto q = a.start[old];
+        for (auto p = e.matrix.start[i]; p < e.matrix.start[i + 1]; ++p, ++q) {
+            const int j = e.matrix.column[p];
+            ASSERT_EQ(j, a.column[q]);
+            ASSERT_EQ(e.matrix.value[p], a.value[q] * e.row[i] * e.column[j]);
+        }
+    }
+}
+
+TEST(Scaling, OfASymmetricMatrixKeepsItSymmetricAndMakesEveryRowsLargestAboutOne)
+{
+    auto random = generator(61);
+    for (int round = 0; round < 200; ++round) {
+        SCOPED_TRACE(round);
+        const SparseMatrix a = drawn(1 + round % 40, true, random);
+        const Equilibrated e = equilibrateSymmetric(a);
+        expect_scaled(a, e);
+        EXPECT_EQ(e.row, e.column);
+        EXPECT_TRUE(equal(transposed(e.matrix), e.matrix));
+        EXPECT_TRUE(e.matrix.symmetric);
+        int rank = 0;
+        for (int i = 0; i < a.n; ++i) {
+            EXPECT_EQ(e.rowOf[i], i);
+            double largest = 0.0;
+            for (auto p = e.matrix.start[i]; p < e.matrix.start[i + 1]; ++p)
+                largest = std::max(largest, std::fabs(e.matrix.value[p]));
+            if (largest == 0.0) {
+                EXPECT_EQ(e.row[i], 1.0);
+                continue;
+            }
+            ++rank;
+            EXPECT_LE(largest, 2.0);
+            EXPECT_GE(largest, 0.25);
+        }
+        EXPECT_EQ(e.structuralRank, rank);
+        if (HasFailure())
+            return;
+    }
+}
+
+TEST(Scaling, OfAnUnsymmetricMatrixPutsOnesOnTheDiagonalAndNothingLargerElsewhere)
+{
+    auto random = generator(62);
+    int regular = 0;
+    for (int round = 0; round < 200; ++round) {
+        SCOPED_TRACE(round);
+        const SparseMatrix a = drawn(1 + round % 40, false, random);
+        const Equilibrated e = equilibrateUnsymmetric(a);
+        expect_scaled(a, e);
+        EXPECT_FALSE(e.matrix.symmetric);
+        int diagonal = 0;
+        for (int i = 0; i < a.n; ++i)
+            for (auto p = e.matrix.start[i]; p < e.matrix.start[i + 1]; ++p) {
+                const double x = std::fabs(e.matrix.value[p]);
+                EXPECT_LE(x, 2.0); // two factors are rounded to powers of two, by a half each
+                if (e.matrix.column[p] == i && x > 0.0) {
+                    ++diagonal;
+                    if (e.structuralRank == a.n)
+                        EXPECT_GE(x, 0.5);
+                }
+            }
+        EXPECT_EQ(diagonal, e.structuralRank);
+        regular += e.structuralRank == a.n;
+        if (HasFailure())
+            return;
+    }
+    EXPECT_GT(regular, 10);
+}
+
+TEST(Scaling, CarriesRightHandSidesInAndSolutionsOut)
+{
+    auto random = generator(63);
+    const SparseMatrix a = drawn(30, false, random);
+    const Equilibrated e = equilibrateUnsymmetric(a);
+    Vectors b(a.n, 3);
+    for (double& x : b.value)
+        x = ordinary(random);
+    Vectors entered = b, left = b;
+    e.enter(entered);
+    e.leave(left);
+    for (int j = 0; j < b.columns; ++j)
+        for (int i = 0; i < a.n; ++i) {
+            EXPECT_EQ(entered.column(j)[i], b.column(j)[e.rowOf[i]] * e.row[i]);
+            EXPECT_EQ(left.column(j)[i], b.column(j)[i] * e.column[i]);
+        }
+}
+
+} // namespace
