@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "beam.h"
 
-#include "front.h"
-
 #include <algorithm>
 #include <cmath>
 #include <numeric>
@@ -19,7 +17,7 @@ constexpr int shapes = displacements + modes;
 
 // Element stiffness, 24 x 24 column-major, lower triangle. Plain trilinear hexahedra are far too stiff in
 // bending; three internal bubble modes per displacement (1 - xi^2 in each direction, the "incompatible
-// modes" of Wilson and Taylor) cure that, and are eliminated element by element like any other pivots.
+// modes" of Wilson and Taylor) cure that, and are eliminated element by element.
 std::array<double, displacements * displacements> elementStiffness(const BeamMesh& mesh)
 {
     const double lambda = mesh.young * mesh.poisson / ((1 + mesh.poisson) * (1 - 2 * mesh.poisson));
@@ -56,15 +54,16 @@ std::array<double, displacements * displacements> elementStiffness(const BeamMes
             }
     }
 
-    double panel[shapes * modes], d[modes], dinv[modes];
-    for (int j = 0; j < modes; ++j)
-        for (int i = j; i < shapes; ++i)
-            panel[i + shapes * j] = full[i][j];
+    for (int p = 0; p < modes; ++p)
+        for (int j = p + 1; j < shapes; ++j) {
+            const double multiplier = full[j][p] / full[p][p];
+            for (int i = j; i < shapes; ++i)
+                full[i][j] -= full[i][p] * multiplier;
+        }
     std::array<double, displacements * displacements> k{};
-    eliminateSymmetric({}, modes, displacements, panel, k.data(), {d, dinv, nullptr, nullptr});
     for (int j = 0; j < displacements; ++j)
         for (int i = j; i < displacements; ++i)
-            k[i + displacements * j] += full[modes + i][modes + j];
+            k[i + displacements * j] = full[modes + i][modes + j];
     return k;
 }
 

@@ -21,8 +21,9 @@ import time
 
 import mutations
 import programs
+import solver
 
-MUTATIONS = mutations.MUTATIONS + programs.MUTATIONS
+MUTATIONS = mutations.MUTATIONS + programs.MUTATIONS + solver.MUTATIONS
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 
 
