@@ -83,6 +83,7 @@ struct Block
         for (int j = 0; j < count; ++j)
             std::fill_n(x.begin() + std::ptrdiff_t{problem.n} * j, problem.n, j + 1.0);
         multiply(problem, count, x.data(), b.data());
+        std::fill(x.begin(), x.end(), 0.0); // not to be found there already
     }
     int columns;
     std::vector<double> x, b;

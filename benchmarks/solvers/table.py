@@ -36,6 +36,7 @@ THREADS = ("OMP_NUM_THREADS", "OPENBLAS_NUM_THREADS", "MKL_NUM_THREADS")
 PHASES = {"factorise": "factorise {}", "solve 1": "solve 1 {}", "solve 8": "solve 8 {}"}
 TURN = 0.1  # seconds of one contender's turn, at least one run
 LONG = 60  # seconds of all turns after which two rounds have to do
+WRONG = 1e-10  # a backward error above this is no solution
 QUIET = 0.25  # seconds between turns of several threads: idle ones go on spinning for up to 0.2
 
 
@@ -102,7 +103,9 @@ def measure(folder, matrix, threads, repetitions, clock):
     take_turns(contenders, repetitions, threads)
     results = {}
     for contender in contenders:
-        results[contender.name] = contender.facts | contender.best | contender.ask("verify")
+        results[contender.name] = result = contender.facts | contender.best | contender.ask("verify")
+        if not float(result["error"]) <= WRONG:
+            sys.exit(f"{contender.name} does not solve {matrix}: backward error {result['error']}")
         contender.end()
     return results
 
@@ -195,8 +198,11 @@ def main():
     if cubes is None:
         cubes = "" if arguments.files else "16,20,24,28,32"
 
-    machine = machine_name()
-    print(machine + ("" if arguments.clock == "wall" else ", processor time"))
+    if arguments.clock == "cpu" and arguments.threads != "1":
+        parser.error("--clock cpu adds the times of all threads: it is for one")
+
+    machine = machine_name() + ("" if arguments.clock == "wall" else ", processor time")
+    print(machine)
     core = None if "OPENBLAS_CORETYPE" in os.environ else known_core(arguments.folder)
     if core:
         os.environ["OPENBLAS_CORETYPE"] = core
