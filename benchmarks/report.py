@@ -3,14 +3,12 @@
 
 usage: report.py BENCHMARK... [--families REGEX] [--repetitions N] [--threads N] [--behind BYTES]
                  [--json FILE] [--markdown FILE] [--svg FILE]
-       report.py BENCHMARK --end-to-end [--threads N] [--repetitions N]
        report.py BENCHMARK --small-calls [--families REGEX]
 
 A line is one family and size. Its variants run in one process of their own, several times, interleaved at random where
 the BLAS has one thread; the best of each counts. Prints every line with the ratios kernel/peer, the targets of targets.txt and whether they are
-reached. --json keeps the rates, --svg draws them over the size. --end-to-end compares whole factorisations instead, of
-elasticity and of the stiffness matrices in tests/data, or in the folder BLA_TEST_DATA. --small-calls compares calls on tiny blocks with the plain
-loops behind the same interface.
+reached. --json keeps the rates, --svg draws them over the size. --small-calls compares calls on tiny
+blocks with the plain loops behind the same interface.
 """
 import argparse
 import collections
@@ -21,8 +19,6 @@ import subprocess
 import sys
 
 HERE = os.path.dirname(os.path.abspath(__file__))
-DATA = os.environ.get("BLA_TEST_DATA", os.path.join(HERE, "..", "tests", "data"))
-STIFFNESS = ("nos3", "nos5", "bar_hex8", "msc01050", "bcsstk11", "bcsstk14", "bcsstk15", "bcsstk18", "s3rmt3m3")
 
 
 def read_targets():
@@ -138,16 +134,6 @@ def draw(path, results):
     figure.savefig(path)
 
 
-def compare_solvers(benchmark, repetitions, threads):
-    """Runs the comparison of whole factorisations and returns its exit status."""
-    program = os.path.join(os.path.dirname(benchmark), "bla_end_to_end")
-    files = [file for name in STIFFNESS if os.path.exists(file := os.path.join(DATA, name + ".mtx"))]
-    # The threads are the BLAS's. CHOLMOD asks for four of its own, whatever OMP_NUM_THREADS says.
-    environment = os.environ | {"OMP_NUM_THREADS": "1", "OMP_THREAD_LIMIT": "1"}
-    return subprocess.run([program, f"--threads={threads}", f"--repetitions={repetitions}",
-                           "--cube=16", "--cube=24", "--cube=32", *files], env=environment).returncode
-
-
 def compare_small_calls(benchmark, families):
     """Runs the comparison of calls on tiny blocks and returns its exit status."""
     program = os.path.join(os.path.dirname(benchmark), "bla_small_calls")
@@ -170,15 +156,11 @@ def main():
     parser.add_argument("--threads", type=int, default=1, help="threads of the BLAS")
     parser.add_argument("--behind", type=int, default=16, help="bytes between the start of a page and an array: 16 "
                         "(default) is where malloc places large ones, 0 where a careful caller does")
-    parser.add_argument("--end-to-end", action="store_true", help="compare whole factorisations")
     parser.add_argument("--small-calls", action="store_true", help="compare calls on tiny blocks")
     parser.add_argument("--json", help="write the rates to this file")
     parser.add_argument("--markdown", help="write the table to this file")
     parser.add_argument("--svg", help="draw the curves into this file")
     arguments = parser.parse_args()
-
-    if arguments.end_to_end:
-        sys.exit(compare_solvers(arguments.programs[0], arguments.repetitions, arguments.threads))
 
     if arguments.small_calls:
         sys.exit(compare_small_calls(arguments.programs[0], arguments.families))
