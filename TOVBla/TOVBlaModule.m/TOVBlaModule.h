@@ -1244,10 +1244,10 @@ void blac_scale_low2_(const int* n, double* a, const int* lda);
  * rounding an entry, and one call of the library's `dgemm_` does the rest: the result is that of `dgemm_` on
  * the rounded D·op(B).
  *
- * Scratch is n·k doubles: from the stack up to 48 KiB, from the heap beyond. Where the heap has no memory, the
- * product is made within those 48 KiB, in several calls of `dgemm_` on column blocks of C, and for a k beyond
- * 3072 on parts of the sum as well: the same result, up to the last bits of the sums. Nothing is checked;
- * `dgemm_` is called even for empty products and reports their leading dimension of 0 (k, or n when
+ * Scratch is n·k doubles: from the stack up to 48 KiB, from the heap beyond. Where the heap has no memory,
+ * the product is made within those 48 KiB, in several calls of `dgemm_` on column blocks of C, and for a k
+ * beyond 3072 on parts of the sum as well: the same result, up to the last bits of the sums. Nothing is
+ * checked; `dgemm_` is called even for empty products and reports their leading dimension of 0 (k, or n when
  * transposed) through the library's error handler. An exception that the caller's own error handler throws
  * through `dgemm_` passes, but leaves scratch on the heap behind.
  * @{

@@ -72,8 +72,8 @@ TEST(AnErrorHandlersException, PassesThroughTheKernels)
     expect_refusal(3, [&] {
         blac_dgemm_scaled_("N", "T", &minus, &two, &two, &One, a, &two, a, &two, &One, a, &two, d, &zero);
     });
-    expect_refusal(10,
-                   [&] { blac_dsyrk_scaled_(&two, &zero, &two, &One, a, &two, a, &two, &One, a, &two, d); });
+    expect_refusal(
+        8, [&] { blac_dsyrk_scaled_(&two, &four, &two, &One, a, &one, a, &four, &One, a, &four, d); });
     expect_refusal(8, [&] { blac_dhamm_(&two, &four, &two, &One, a, &one, a, &four, &One, a, &four); });
     const double tol = 0.0;
     expect_refusal(9, [&] { blac_selim_(&four, &two, &tol, a, &one, d, dinv); });

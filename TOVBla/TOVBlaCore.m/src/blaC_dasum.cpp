@@ -2,7 +2,7 @@
 // Sum of the absolute values: returns Σ |x(i)|.
 #include "facade.h"
 
-extern "C" double dasum_(const int* n, const double* x, const int* incx);
+extern "C" decltype(blac_dasum_) dasum_;
 
 BLA_EXPORT double blac_dasum_(const int* n, const double* x, const int* incx)
 {

@@ -2,8 +2,7 @@
 // y := a·x + y.
 #include "facade.h"
 
-extern "C" void daxpy_(const int* n, const double* a, const double* x, const int* incx, double* y,
-                       const int* incy);
+extern "C" decltype(blac_daxpy_) daxpy_;
 
 BLA_EXPORT void blac_daxpy_(const int* n, const double* a, const double* x, const int* incx, double* y,
                             const int* incy)

@@ -2,7 +2,7 @@
 // y := x.
 #include "facade.h"
 
-extern "C" void dcopy_(const int* n, const double* x, const int* incx, double* y, const int* incy);
+extern "C" decltype(blac_dcopy_) dcopy_;
 
 BLA_EXPORT void blac_dcopy_(const int* n, const double* x, const int* incx, double* y, const int* incy)
 {

@@ -2,7 +2,7 @@
 // Returns xᵀ·y.
 #include "facade.h"
 
-extern "C" double ddot_(const int* n, const double* x, const int* incx, const double* y, const int* incy);
+extern "C" decltype(blac_ddot_) ddot_;
 
 BLA_EXPORT double blac_ddot_(const int* n, const double* x, const int* incx, const double* y, const int* incy)
 {

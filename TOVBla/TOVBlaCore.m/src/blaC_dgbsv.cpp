@@ -2,8 +2,7 @@
 // Solves A·X = B for a band matrix.
 #include "facade.h"
 
-extern "C" void dgbsv_(const int* n, const int* kl, const int* ku, const int* nrhs, double* ab,
-                       const int* ldab, int* ipiv, double* b, const int* ldb, int* info);
+extern "C" decltype(blac_dgbsv_) dgbsv_;
 
 BLA_EXPORT void blac_dgbsv_(const int* n, const int* kl, const int* ku, const int* nrhs, double* ab,
                             const int* ldab, int* ipiv, double* b, const int* ldb, int* info)

@@ -2,9 +2,7 @@
 // Eigenvalues and eigenvectors of a general matrix.
 #include "facade.h"
 
-extern "C" void dgeev_(const char* jobvl, const char* jobvr, const int* n, double* a, const int* lda,
-                       double* wr, double* wi, double* vl, const int* ldvl, double* vr, const int* ldvr,
-                       double* work, const int* lwork, int* info, std::size_t, std::size_t);
+extern "C" WithLengths<decltype(blac_dgeev_), 2> dgeev_;
 
 BLA_EXPORT void blac_dgeev_(const char* jobvl, const char* jobvr, const int* n, double* a, const int* lda,
                             double* wr, double* wi, double* vl, const int* ldvl, double* vr, const int* ldvr,

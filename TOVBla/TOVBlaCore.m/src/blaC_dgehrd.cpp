@@ -2,8 +2,7 @@
 // Reduces a general matrix to Hessenberg form.
 #include "facade.h"
 
-extern "C" void dgehrd_(const int* n, const int* ilo, const int* ihi, double* a, const int* lda, double* tau,
-                        double* work, const int* lwork, int* info);
+extern "C" decltype(blac_dgehrd_) dgehrd_;
 
 BLA_EXPORT void blac_dgehrd_(const int* n, const int* ilo, const int* ihi, double* a, const int* lda,
                              double* tau, double* work, const int* lwork, int* info)

@@ -2,9 +2,7 @@
 // Minimum-norm least squares by the singular value decomposition.
 #include "facade.h"
 
-extern "C" void dgelss_(const int* m, const int* n, const int* nrhs, double* a, const int* lda, double* b,
-                        const int* ldb, double* s, const double* rcond, int* rank, double* work,
-                        const int* lwork, int* info);
+extern "C" decltype(blac_dgelss_) dgelss_;
 
 BLA_EXPORT void blac_dgelss_(const int* m, const int* n, const int* nrhs, double* a, const int* lda,
                              double* b, const int* ldb, double* s, const double* rcond, int* rank,

@@ -2,9 +2,7 @@
 // C := alpha·op(A)·op(B) + beta·C.
 #include "facade.h"
 
-extern "C" void dgemm_(const char* transa, const char* transb, const int* m, const int* n, const int* k,
-                       const double* alpha, const double* a, const int* lda, const double* b, const int* ldb,
-                       const double* beta, double* c, const int* ldc, std::size_t, std::size_t);
+extern "C" WithLengths<decltype(blac_dgemm_), 2> dgemm_;
 
 BLA_EXPORT void blac_dgemm_(const char* transa, const char* transb, const int* m, const int* n, const int* k,
                             const double* alpha, const double* a, const int* lda, const double* b,

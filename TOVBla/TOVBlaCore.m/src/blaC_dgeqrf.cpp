@@ -2,8 +2,7 @@
 // A = Q·R.
 #include "facade.h"
 
-extern "C" void dgeqrf_(const int* m, const int* n, double* a, const int* lda, double* tau, double* work,
-                        const int* lwork, int* info);
+extern "C" decltype(blac_dgeqrf_) dgeqrf_;
 
 BLA_EXPORT void blac_dgeqrf_(const int* m, const int* n, double* a, const int* lda, double* tau, double* work,
                              const int* lwork, int* info)

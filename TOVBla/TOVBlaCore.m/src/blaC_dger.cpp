@@ -2,8 +2,7 @@
 // A := alpha·x·yᵀ + A, A general m × n.
 #include "facade.h"
 
-extern "C" void dger_(const int* m, const int* n, const double* alpha, const double* x, const int* incx,
-                      const double* y, const int* incy, double* a, const int* lda);
+extern "C" decltype(blac_dger_) dger_;
 
 BLA_EXPORT void blac_dger_(const int* m, const int* n, const double* alpha, const double* x, const int* incx,
                            const double* y, const int* incy, double* a, const int* lda)

@@ -2,9 +2,7 @@
 // A = U·diag(s)·Vᵀ, divide and conquer.
 #include "facade.h"
 
-extern "C" void dgesdd_(const char* jobz, const int* m, const int* n, double* a, const int* lda, double* s,
-                        double* u, const int* ldu, double* vt, const int* ldvt, double* work,
-                        const int* lwork, int* iwork, int* info, std::size_t);
+extern "C" WithLengths<decltype(blac_dgesdd_), 1> dgesdd_;
 
 BLA_EXPORT void blac_dgesdd_(const char* jobz, const int* m, const int* n, double* a, const int* lda,
                              double* s, double* u, const int* ldu, double* vt, const int* ldvt, double* work,

@@ -2,8 +2,7 @@
 // Solves A·X = B by LU with partial pivoting.
 #include "facade.h"
 
-extern "C" void dgesv_(const int* n, const int* nrhs, double* a, const int* lda, int* ipiv, double* b,
-                       const int* ldb, int* info);
+extern "C" decltype(blac_dgesv_) dgesv_;
 
 BLA_EXPORT void blac_dgesv_(const int* n, const int* nrhs, double* a, const int* lda, int* ipiv, double* b,
                             const int* ldb, int* info)

@@ -2,7 +2,7 @@
 // A = P·L·U of a general m × n matrix.
 #include "facade.h"
 
-extern "C" void dgetrf_(const int* m, const int* n, double* a, const int* lda, int* ipiv, int* info);
+extern "C" decltype(blac_dgetrf_) dgetrf_;
 
 BLA_EXPORT void blac_dgetrf_(const int* m, const int* n, double* a, const int* lda, int* ipiv, int* info)
 {

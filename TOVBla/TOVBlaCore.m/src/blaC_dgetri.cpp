@@ -2,8 +2,7 @@
 // A⁻¹ from the factors of dgetrf.
 #include "facade.h"
 
-extern "C" void dgetri_(const int* n, double* a, const int* lda, const int* ipiv, double* work,
-                        const int* lwork, int* info);
+extern "C" decltype(blac_dgetri_) dgetri_;
 
 BLA_EXPORT void blac_dgetri_(const int* n, double* a, const int* lda, const int* ipiv, double* work,
                              const int* lwork, int* info)

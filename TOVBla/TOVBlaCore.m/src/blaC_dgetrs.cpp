@@ -2,8 +2,7 @@
 // Solves op(A)·X = B from the factors of dgetrf.
 #include "facade.h"
 
-extern "C" void dgetrs_(const char* trans, const int* n, const int* nrhs, const double* a, const int* lda,
-                        const int* ipiv, double* b, const int* ldb, int* info, std::size_t);
+extern "C" WithLengths<decltype(blac_dgetrs_), 1> dgetrs_;
 
 BLA_EXPORT void blac_dgetrs_(const char* trans, const int* n, const int* nrhs, const double* a,
                              const int* lda, const int* ipiv, double* b, const int* ldb, int* info)

@@ -2,8 +2,7 @@
 // B := A, all of it or one triangle.
 #include "facade.h"
 
-extern "C" void dlacpy_(const char* uplo, const int* m, const int* n, const double* a, const int* lda,
-                        double* b, const int* ldb, std::size_t);
+extern "C" WithLengths<decltype(blac_dlacpy_), 1> dlacpy_;
 
 BLA_EXPORT void blac_dlacpy_(const char* uplo, const int* m, const int* n, const double* a, const int* lda,
                              double* b, const int* ldb)

@@ -2,7 +2,7 @@
 // Machine parameters as the library states them; see blac_hdmcon_ for the module's own.
 #include "facade.h"
 
-extern "C" double dlamch_(const char* cmach, std::size_t);
+extern "C" WithLengths<decltype(blac_dlamch_), 1> dlamch_;
 
 BLA_EXPORT double blac_dlamch_(const char* cmach)
 {

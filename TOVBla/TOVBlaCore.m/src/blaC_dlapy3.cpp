@@ -2,7 +2,7 @@
 // Returns sqrt(x² + y² + z²) without needless overflow.
 #include "facade.h"
 
-extern "C" double dlapy3_(const double* x, const double* y, const double* z);
+extern "C" decltype(blac_dlapy3_) dlapy3_;
 
 BLA_EXPORT double blac_dlapy3_(const double* x, const double* y, const double* z)
 {

@@ -2,10 +2,7 @@
 // Applies a block reflector to C.
 #include "facade.h"
 
-extern "C" void dlarfb_(const char* side, const char* trans, const char* direct, const char* storev,
-                        const int* m, const int* n, const int* k, const double* v, const int* ldv,
-                        const double* t, const int* ldt, double* c, const int* ldc, double* work,
-                        const int* ldwork, std::size_t, std::size_t, std::size_t, std::size_t);
+extern "C" WithLengths<decltype(blac_dlarfb_), 4> dlarfb_;
 
 BLA_EXPORT void blac_dlarfb_(const char* side, const char* trans, const char* direct, const char* storev,
                              const int* m, const int* n, const int* k, const double* v, const int* ldv,

@@ -2,7 +2,7 @@
 // Generates an elementary reflector.
 #include "facade.h"
 
-extern "C" void dlarfg_(const int* n, double* alpha, double* x, const int* incx, double* tau);
+extern "C" decltype(blac_dlarfg_) dlarfg_;
 
 BLA_EXPORT void blac_dlarfg_(const int* n, double* alpha, double* x, const int* incx, double* tau)
 {

@@ -2,8 +2,7 @@
 // Sets the off-diagonal entries to alpha and the diagonal to beta.
 #include "facade.h"
 
-extern "C" void dlaset_(const char* uplo, const int* m, const int* n, const double* alpha, const double* beta,
-                        double* a, const int* lda, std::size_t);
+extern "C" WithLengths<decltype(blac_dlaset_), 1> dlaset_;
 
 BLA_EXPORT void blac_dlaset_(const char* uplo, const int* m, const int* n, const double* alpha,
                              const double* beta, double* a, const int* lda)

@@ -2,8 +2,7 @@
 // One panel of dsytrd.
 #include "facade.h"
 
-extern "C" void dlatrd_(const char* uplo, const int* n, const int* nb, double* a, const int* lda, double* e,
-                        double* tau, double* w, const int* ldw, std::size_t);
+extern "C" WithLengths<decltype(blac_dlatrd_), 1> dlatrd_;
 
 BLA_EXPORT void blac_dlatrd_(const char* uplo, const int* n, const int* nb, double* a, const int* lda,
                              double* e, double* tau, double* w, const int* ldw)

@@ -2,7 +2,7 @@
 // Returns the Euclidean norm of x.
 #include "facade.h"
 
-extern "C" double dnrm2_(const int* n, const double* x, const int* incx);
+extern "C" decltype(blac_dnrm2_) dnrm2_;
 
 BLA_EXPORT double blac_dnrm2_(const int* n, const double* x, const int* incx)
 {

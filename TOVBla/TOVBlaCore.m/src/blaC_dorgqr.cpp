@@ -2,8 +2,7 @@
 // Q of dgeqrf, formed.
 #include "facade.h"
 
-extern "C" void dorgqr_(const int* m, const int* n, const int* k, double* a, const int* lda,
-                        const double* tau, double* work, const int* lwork, int* info);
+extern "C" decltype(blac_dorgqr_) dorgqr_;
 
 BLA_EXPORT void blac_dorgqr_(const int* m, const int* n, const int* k, double* a, const int* lda,
                              const double* tau, double* work, const int* lwork, int* info)

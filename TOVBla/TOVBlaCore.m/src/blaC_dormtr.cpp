@@ -2,9 +2,7 @@
 // Multiplies C by Q of dsytrd; a is changed during the call and restored.
 #include "facade.h"
 
-extern "C" void dormtr_(const char* side, const char* uplo, const char* trans, const int* m, const int* n,
-                        double* a, const int* lda, const double* tau, double* c, const int* ldc, double* work,
-                        const int* lwork, int* info, std::size_t, std::size_t, std::size_t);
+extern "C" WithLengths<decltype(blac_dormtr_), 3> dormtr_;
 
 BLA_EXPORT void blac_dormtr_(const char* side, const char* uplo, const char* trans, const int* m,
                              const int* n, double* a, const int* lda, const double* tau, double* c,

@@ -2,7 +2,7 @@
 // Cholesky factor of a symmetric positive definite matrix.
 #include "facade.h"
 
-extern "C" void dpotrf_(const char* uplo, const int* n, double* a, const int* lda, int* info, std::size_t);
+extern "C" WithLengths<decltype(blac_dpotrf_), 1> dpotrf_;
 
 BLA_EXPORT void blac_dpotrf_(const char* uplo, const int* n, double* a, const int* lda, int* info)
 {

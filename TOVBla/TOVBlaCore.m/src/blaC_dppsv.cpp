@@ -2,8 +2,7 @@
 // Solves A·X = B, A positive definite and packed, by Cholesky.
 #include "facade.h"
 
-extern "C" void dppsv_(const char* uplo, const int* n, const int* nrhs, double* ap, double* b, const int* ldb,
-                       int* info, std::size_t);
+extern "C" WithLengths<decltype(blac_dppsv_), 1> dppsv_;
 
 BLA_EXPORT void blac_dppsv_(const char* uplo, const int* n, const int* nrhs, double* ap, double* b,
                             const int* ldb, int* info)

@@ -2,7 +2,7 @@
 // Cholesky factor of a packed positive definite matrix.
 #include "facade.h"
 
-extern "C" void dpptrf_(const char* uplo, const int* n, double* ap, int* info, std::size_t);
+extern "C" WithLengths<decltype(blac_dpptrf_), 1> dpptrf_;
 
 BLA_EXPORT void blac_dpptrf_(const char* uplo, const int* n, double* ap, int* info)
 {

@@ -2,7 +2,7 @@
 // A⁻¹ from the factor of dpptrf.
 #include "facade.h"
 
-extern "C" void dpptri_(const char* uplo, const int* n, double* ap, int* info, std::size_t);
+extern "C" WithLengths<decltype(blac_dpptri_), 1> dpptri_;
 
 BLA_EXPORT void blac_dpptri_(const char* uplo, const int* n, double* ap, int* info)
 {

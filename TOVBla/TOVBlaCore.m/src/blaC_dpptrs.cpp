@@ -2,8 +2,7 @@
 // Solves A·X = B from the factor of dpptrf.
 #include "facade.h"
 
-extern "C" void dpptrs_(const char* uplo, const int* n, const int* nrhs, const double* ap, double* b,
-                        const int* ldb, int* info, std::size_t);
+extern "C" WithLengths<decltype(blac_dpptrs_), 1> dpptrs_;
 
 BLA_EXPORT void blac_dpptrs_(const char* uplo, const int* n, const int* nrhs, const double* ap, double* b,
                              const int* ldb, int* info)

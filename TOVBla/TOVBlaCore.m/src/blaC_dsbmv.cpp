@@ -2,9 +2,7 @@
 // y := alpha·A·x + beta·y, A symmetric with k off-diagonals, in band storage.
 #include "facade.h"
 
-extern "C" void dsbmv_(const char* uplo, const int* n, const int* k, const double* alpha, const double* a,
-                       const int* lda, const double* x, const int* incx, const double* beta, double* y,
-                       const int* incy, std::size_t);
+extern "C" WithLengths<decltype(blac_dsbmv_), 1> dsbmv_;
 
 BLA_EXPORT void blac_dsbmv_(const char* uplo, const int* n, const int* k, const double* alpha,
                             const double* a, const int* lda, const double* x, const int* incx,

@@ -2,7 +2,7 @@
 // x := a·x.
 #include "facade.h"
 
-extern "C" void dscal_(const int* n, const double* a, double* x, const int* incx);
+extern "C" decltype(blac_dscal_) dscal_;
 
 BLA_EXPORT void blac_dscal_(const int* n, const double* a, double* x, const int* incx)
 {

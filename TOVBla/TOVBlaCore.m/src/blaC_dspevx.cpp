@@ -2,10 +2,7 @@
 // dsyevx for packed storage.
 #include "facade.h"
 
-extern "C" void dspevx_(const char* jobz, const char* range, const char* uplo, const int* n, double* ap,
-                        const double* vl, const double* vu, const int* il, const int* iu,
-                        const double* abstol, int* m, double* w, double* z, const int* ldz, double* work,
-                        int* iwork, int* ifail, int* info, std::size_t, std::size_t, std::size_t);
+extern "C" WithLengths<decltype(blac_dspevx_), 3> dspevx_;
 
 BLA_EXPORT void blac_dspevx_(const char* jobz, const char* range, const char* uplo, const int* n, double* ap,
                              const double* vl, const double* vu, const int* il, const int* iu,

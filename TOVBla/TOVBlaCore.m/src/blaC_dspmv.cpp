@@ -2,8 +2,7 @@
 // y := alpha·A·x + beta·y, A symmetric, one triangle packed.
 #include "facade.h"
 
-extern "C" void dspmv_(const char* uplo, const int* n, const double* alpha, const double* ap, const double* x,
-                       const int* incx, const double* beta, double* y, const int* incy, std::size_t);
+extern "C" WithLengths<decltype(blac_dspmv_), 1> dspmv_;
 
 BLA_EXPORT void blac_dspmv_(const char* uplo, const int* n, const double* alpha, const double* ap,
                             const double* x, const int* incx, const double* beta, double* y, const int* incy)

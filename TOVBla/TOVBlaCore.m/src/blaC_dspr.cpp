@@ -2,8 +2,7 @@
 // A := alpha·x·xᵀ + A, A symmetric, one triangle packed.
 #include "facade.h"
 
-extern "C" void dspr_(const char* uplo, const int* n, const double* alpha, const double* x, const int* incx,
-                      double* ap, std::size_t);
+extern "C" WithLengths<decltype(blac_dspr_), 1> dspr_;
 
 BLA_EXPORT void blac_dspr_(const char* uplo, const int* n, const double* alpha, const double* x,
                            const int* incx, double* ap)

@@ -2,8 +2,7 @@
 // A := alpha·x·yᵀ + alpha·y·xᵀ + A, A symmetric, one triangle packed.
 #include "facade.h"
 
-extern "C" void dspr2_(const char* uplo, const int* n, const double* alpha, const double* x, const int* incx,
-                       const double* y, const int* incy, double* ap, std::size_t);
+extern "C" WithLengths<decltype(blac_dspr2_), 1> dspr2_;
 
 BLA_EXPORT void blac_dspr2_(const char* uplo, const int* n, const double* alpha, const double* x,
                             const int* incx, const double* y, const int* incy, double* ap)

@@ -2,10 +2,7 @@
 // Selected eigenvalues and eigenvectors of a symmetric tridiagonal matrix; tryrac is a logical.
 #include "facade.h"
 
-extern "C" void dstemr_(const char* jobz, const char* range, const int* n, double* d, double* e,
-                        const double* vl, const double* vu, const int* il, const int* iu, int* m, double* w,
-                        double* z, const int* ldz, const int* nzc, int* isuppz, int* tryrac, double* work,
-                        const int* lwork, int* iwork, const int* liwork, int* info, std::size_t, std::size_t);
+extern "C" WithLengths<decltype(blac_dstemr_), 2> dstemr_;
 
 BLA_EXPORT void blac_dstemr_(const char* jobz, const char* range, const int* n, double* d, double* e,
                              const double* vl, const double* vu, const int* il, const int* iu, int* m,

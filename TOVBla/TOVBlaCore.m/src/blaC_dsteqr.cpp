@@ -2,8 +2,7 @@
 // Eigenvalues and eigenvectors of a symmetric tridiagonal matrix.
 #include "facade.h"
 
-extern "C" void dsteqr_(const char* compz, const int* n, double* d, double* e, double* z, const int* ldz,
-                        double* work, int* info, std::size_t);
+extern "C" WithLengths<decltype(blac_dsteqr_), 1> dsteqr_;
 
 BLA_EXPORT void blac_dsteqr_(const char* compz, const int* n, double* d, double* e, double* z, const int* ldz,
                              double* work, int* info)

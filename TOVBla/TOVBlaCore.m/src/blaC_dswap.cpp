@@ -2,7 +2,7 @@
 // Exchanges x and y.
 #include "facade.h"
 
-extern "C" void dswap_(const int* n, double* x, const int* incx, double* y, const int* incy);
+extern "C" decltype(blac_dswap_) dswap_;
 
 BLA_EXPORT void blac_dswap_(const int* n, double* x, const int* incx, double* y, const int* incy)
 {

@@ -2,8 +2,7 @@
 // Eigenvalues w and, if asked, eigenvectors of a symmetric matrix.
 #include "facade.h"
 
-extern "C" void dsyev_(const char* jobz, const char* uplo, const int* n, double* a, const int* lda, double* w,
-                       double* work, const int* lwork, int* info, std::size_t, std::size_t);
+extern "C" WithLengths<decltype(blac_dsyev_), 2> dsyev_;
 
 BLA_EXPORT void blac_dsyev_(const char* jobz, const char* uplo, const int* n, double* a, const int* lda,
                             double* w, double* work, const int* lwork, int* info)

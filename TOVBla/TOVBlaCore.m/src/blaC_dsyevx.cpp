@@ -2,11 +2,7 @@
 // Selected eigenvalues and eigenvectors of a symmetric matrix.
 #include "facade.h"
 
-extern "C" void dsyevx_(const char* jobz, const char* range, const char* uplo, const int* n, double* a,
-                        const int* lda, const double* vl, const double* vu, const int* il, const int* iu,
-                        const double* abstol, int* m, double* w, double* z, const int* ldz, double* work,
-                        const int* lwork, int* iwork, int* ifail, int* info, std::size_t, std::size_t,
-                        std::size_t);
+extern "C" WithLengths<decltype(blac_dsyevx_), 3> dsyevx_;
 
 BLA_EXPORT void blac_dsyevx_(const char* jobz, const char* range, const char* uplo, const int* n, double* a,
                              const int* lda, const double* vl, const double* vu, const int* il, const int* iu,

@@ -2,8 +2,7 @@
 // Reduces A·x = λ·B·x to standard form, with B factorised by dpotrf.
 #include "facade.h"
 
-extern "C" void dsygst_(const int* itype, const char* uplo, const int* n, double* a, const int* lda,
-                        const double* b, const int* ldb, int* info, std::size_t);
+extern "C" WithLengths<decltype(blac_dsygst_), 1> dsygst_;
 
 BLA_EXPORT void blac_dsygst_(const int* itype, const char* uplo, const int* n, double* a, const int* lda,
                              const double* b, const int* ldb, int* info)

@@ -2,9 +2,7 @@
 // y := alpha·A·x + beta·y, A symmetric, one triangle read.
 #include "facade.h"
 
-extern "C" void dsymv_(const char* uplo, const int* n, const double* alpha, const double* a, const int* lda,
-                       const double* x, const int* incx, const double* beta, double* y, const int* incy,
-                       std::size_t);
+extern "C" WithLengths<decltype(blac_dsymv_), 1> dsymv_;
 
 BLA_EXPORT void blac_dsymv_(const char* uplo, const int* n, const double* alpha, const double* a,
                             const int* lda, const double* x, const int* incx, const double* beta, double* y,

@@ -2,8 +2,7 @@
 // A := alpha·x·xᵀ + A, A symmetric, one triangle updated.
 #include "facade.h"
 
-extern "C" void dsyr_(const char* uplo, const int* n, const double* alpha, const double* x, const int* incx,
-                      double* a, const int* lda, std::size_t);
+extern "C" WithLengths<decltype(blac_dsyr_), 1> dsyr_;
 
 BLA_EXPORT void blac_dsyr_(const char* uplo, const int* n, const double* alpha, const double* x,
                            const int* incx, double* a, const int* lda)

@@ -2,8 +2,7 @@
 // A := alpha·x·yᵀ + alpha·y·xᵀ + A, A symmetric, one triangle updated.
 #include "facade.h"
 
-extern "C" void dsyr2_(const char* uplo, const int* n, const double* alpha, const double* x, const int* incx,
-                       const double* y, const int* incy, double* a, const int* lda, std::size_t);
+extern "C" WithLengths<decltype(blac_dsyr2_), 1> dsyr2_;
 
 BLA_EXPORT void blac_dsyr2_(const char* uplo, const int* n, const double* alpha, const double* x,
                             const int* incx, const double* y, const int* incy, double* a, const int* lda)

@@ -2,8 +2,7 @@
 // Reduces a symmetric matrix to tridiagonal form.
 #include "facade.h"
 
-extern "C" void dsytrd_(const char* uplo, const int* n, double* a, const int* lda, double* d, double* e,
-                        double* tau, double* work, const int* lwork, int* info, std::size_t);
+extern "C" WithLengths<decltype(blac_dsytrd_), 1> dsytrd_;
 
 BLA_EXPORT void blac_dsytrd_(const char* uplo, const int* n, double* a, const int* lda, double* d, double* e,
                              double* tau, double* work, const int* lwork, int* info)

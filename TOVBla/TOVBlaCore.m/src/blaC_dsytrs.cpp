@@ -2,8 +2,7 @@
 // Solves A·X = B from the factors of dsytrf.
 #include "facade.h"
 
-extern "C" void dsytrs_(const char* uplo, const int* n, const int* nrhs, const double* a, const int* lda,
-                        const int* ipiv, double* b, const int* ldb, int* info, std::size_t);
+extern "C" WithLengths<decltype(blac_dsytrs_), 1> dsytrs_;
 
 BLA_EXPORT void blac_dsytrs_(const char* uplo, const int* n, const int* nrhs, const double* a, const int* lda,
                              const int* ipiv, double* b, const int* ldb, int* info)

@@ -2,8 +2,7 @@
 // x := op(A)·x, A triangular, packed.
 #include "facade.h"
 
-extern "C" void dtpmv_(const char* uplo, const char* trans, const char* diag, const int* n, const double* ap,
-                       double* x, const int* incx, std::size_t, std::size_t, std::size_t);
+extern "C" WithLengths<decltype(blac_dtpmv_), 3> dtpmv_;
 
 BLA_EXPORT void blac_dtpmv_(const char* uplo, const char* trans, const char* diag, const int* n,
                             const double* ap, double* x, const int* incx)

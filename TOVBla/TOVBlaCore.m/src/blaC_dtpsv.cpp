@@ -2,8 +2,7 @@
 // x := op(A)⁻¹·x, A triangular, packed.
 #include "facade.h"
 
-extern "C" void dtpsv_(const char* uplo, const char* trans, const char* diag, const int* n, const double* ap,
-                       double* x, const int* incx, std::size_t, std::size_t, std::size_t);
+extern "C" WithLengths<decltype(blac_dtpsv_), 3> dtpsv_;
 
 BLA_EXPORT void blac_dtpsv_(const char* uplo, const char* trans, const char* diag, const int* n,
                             const double* ap, double* x, const int* incx)

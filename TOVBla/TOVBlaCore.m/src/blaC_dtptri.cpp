@@ -2,8 +2,7 @@
 // Inverse of a packed triangular matrix.
 #include "facade.h"
 
-extern "C" void dtptri_(const char* uplo, const char* diag, const int* n, double* ap, int* info, std::size_t,
-                        std::size_t);
+extern "C" WithLengths<decltype(blac_dtptri_), 2> dtptri_;
 
 BLA_EXPORT void blac_dtptri_(const char* uplo, const char* diag, const int* n, double* ap, int* info)
 {

@@ -2,9 +2,7 @@
 // Eigenvectors of a quasi-triangular matrix; select holds logicals.
 #include "facade.h"
 
-extern "C" void dtrevc_(const char* side, const char* howmny, int* select, const int* n, const double* t,
-                        const int* ldt, double* vl, const int* ldvl, double* vr, const int* ldvr,
-                        const int* mm, int* m, double* work, int* info, std::size_t, std::size_t);
+extern "C" WithLengths<decltype(blac_dtrevc_), 2> dtrevc_;
 
 BLA_EXPORT void blac_dtrevc_(const char* side, const char* howmny, int* select, const int* n, const double* t,
                              const int* ldt, double* vl, const int* ldvl, double* vr, const int* ldvr,

@@ -2,8 +2,7 @@
 // x := op(A)·x, A triangular.
 #include "facade.h"
 
-extern "C" void dtrmv_(const char* uplo, const char* trans, const char* diag, const int* n, const double* a,
-                       const int* lda, double* x, const int* incx, std::size_t, std::size_t, std::size_t);
+extern "C" WithLengths<decltype(blac_dtrmv_), 3> dtrmv_;
 
 BLA_EXPORT void blac_dtrmv_(const char* uplo, const char* trans, const char* diag, const int* n,
                             const double* a, const int* lda, double* x, const int* incx)

@@ -2,9 +2,7 @@
 // B := alpha·op(A)⁻¹·B or alpha·B·op(A)⁻¹, A triangular.
 #include "facade.h"
 
-extern "C" void dtrsm_(const char* side, const char* uplo, const char* transa, const char* diag, const int* m,
-                       const int* n, const double* alpha, const double* a, const int* lda, double* b,
-                       const int* ldb, std::size_t, std::size_t, std::size_t, std::size_t);
+extern "C" WithLengths<decltype(blac_dtrsm_), 4> dtrsm_;
 
 BLA_EXPORT void blac_dtrsm_(const char* side, const char* uplo, const char* transa, const char* diag,
                             const int* m, const int* n, const double* alpha, const double* a, const int* lda,

@@ -2,8 +2,7 @@
 // Inverse of a triangular matrix, unblocked.
 #include "facade.h"
 
-extern "C" void dtrti2_(const char* uplo, const char* diag, const int* n, double* a, const int* lda,
-                        int* info, std::size_t, std::size_t);
+extern "C" WithLengths<decltype(blac_dtrti2_), 2> dtrti2_;
 
 BLA_EXPORT void blac_dtrti2_(const char* uplo, const char* diag, const int* n, double* a, const int* lda,
                              int* info)

@@ -2,8 +2,7 @@
 // Inverse of a triangular matrix.
 #include "facade.h"
 
-extern "C" void dtrtri_(const char* uplo, const char* diag, const int* n, double* a, const int* lda,
-                        int* info, std::size_t, std::size_t);
+extern "C" WithLengths<decltype(blac_dtrtri_), 2> dtrtri_;
 
 BLA_EXPORT void blac_dtrtri_(const char* uplo, const char* diag, const int* n, double* a, const int* lda,
                              int* info)

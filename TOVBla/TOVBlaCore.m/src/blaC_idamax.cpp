@@ -2,7 +2,7 @@
 // Returns the first index, from 1, of the largest |x(i)|; 0 for n < 1.
 #include "facade.h"
 
-extern "C" int idamax_(const int* n, const double* x, const int* incx);
+extern "C" decltype(blac_idamax_) idamax_;
 
 BLA_EXPORT int blac_idamax_(const int* n, const double* x, const int* incx)
 {

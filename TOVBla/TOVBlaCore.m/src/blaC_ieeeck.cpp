@@ -3,7 +3,7 @@
 // single-precision.
 #include "facade.h"
 
-extern "C" int ieeeck_(const int* ispec, const float* zero, const float* one);
+extern "C" decltype(blac_ieeeck_) ieeeck_;
 
 BLA_EXPORT int blac_ieeeck_(const int* ispec, const float* zero, const float* one)
 {

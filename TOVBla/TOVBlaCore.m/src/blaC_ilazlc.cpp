@@ -2,7 +2,7 @@
 // Returns the last column that is not zero, from 1.
 #include "facade.h"
 
-extern "C" int ilazlc_(const int* m, const int* n, const blac_complex* a, const int* lda);
+extern "C" decltype(blac_ilazlc_) ilazlc_;
 
 BLA_EXPORT int blac_ilazlc_(const int* m, const int* n, const blac_complex* a, const int* lda)
 {

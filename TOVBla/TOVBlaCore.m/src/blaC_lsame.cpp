@@ -2,7 +2,7 @@
 // Logical: the first characters of ca and cb are the same letter, case aside.
 #include "facade.h"
 
-extern "C" int lsame_(const char* ca, const char* cb, std::size_t, std::size_t);
+extern "C" WithLengths<decltype(blac_lsame_), 2> lsame_;
 
 BLA_EXPORT int blac_lsame_(const char* ca, const char* cb)
 {

@@ -2,8 +2,7 @@
 // y := a·x + y, complex.
 #include "facade.h"
 
-extern "C" void zaxpy_(const int* n, const blac_complex* a, const blac_complex* x, const int* incx,
-                       blac_complex* y, const int* incy);
+extern "C" decltype(blac_zaxpy_) zaxpy_;
 
 BLA_EXPORT void blac_zaxpy_(const int* n, const blac_complex* a, const blac_complex* x, const int* incx,
                             blac_complex* y, const int* incy)

@@ -2,8 +2,7 @@
 // y := x, complex.
 #include "facade.h"
 
-extern "C" void zcopy_(const int* n, const blac_complex* x, const int* incx, blac_complex* y,
-                       const int* incy);
+extern "C" decltype(blac_zcopy_) zcopy_;
 
 BLA_EXPORT void blac_zcopy_(const int* n, const blac_complex* x, const int* incx, blac_complex* y,
                             const int* incy)

@@ -2,7 +2,7 @@
 // x := a·x, x complex, a real.
 #include "facade.h"
 
-extern "C" void zdscal_(const int* n, const double* a, blac_complex* x, const int* incx);
+extern "C" decltype(blac_zdscal_) zdscal_;
 
 BLA_EXPORT void blac_zdscal_(const int* n, const double* a, blac_complex* x, const int* incx)
 {

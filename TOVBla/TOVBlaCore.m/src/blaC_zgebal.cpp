@@ -2,8 +2,7 @@
 // Balances a complex general matrix.
 #include "facade.h"
 
-extern "C" void zgebal_(const char* job, const int* n, blac_complex* a, const int* lda, int* ilo, int* ihi,
-                        double* scale, int* info, std::size_t);
+extern "C" WithLengths<decltype(blac_zgebal_), 1> zgebal_;
 
 BLA_EXPORT void blac_zgebal_(const char* job, const int* n, blac_complex* a, const int* lda, int* ilo,
                              int* ihi, double* scale, int* info)

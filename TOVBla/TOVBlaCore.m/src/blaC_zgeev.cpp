@@ -2,10 +2,7 @@
 // Eigenvalues and eigenvectors of a complex general matrix.
 #include "facade.h"
 
-extern "C" void zgeev_(const char* jobvl, const char* jobvr, const int* n, blac_complex* a, const int* lda,
-                       blac_complex* w, blac_complex* vl, const int* ldvl, blac_complex* vr, const int* ldvr,
-                       blac_complex* work, const int* lwork, double* rwork, int* info, std::size_t,
-                       std::size_t);
+extern "C" WithLengths<decltype(blac_zgeev_), 2> zgeev_;
 
 BLA_EXPORT void blac_zgeev_(const char* jobvl, const char* jobvr, const int* n, blac_complex* a,
                             const int* lda, blac_complex* w, blac_complex* vl, const int* ldvl,

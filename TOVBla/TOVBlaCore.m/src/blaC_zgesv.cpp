@@ -2,8 +2,7 @@
 // dgesv, complex.
 #include "facade.h"
 
-extern "C" void zgesv_(const int* n, const int* nrhs, blac_complex* a, const int* lda, int* ipiv,
-                       blac_complex* b, const int* ldb, int* info);
+extern "C" decltype(blac_zgesv_) zgesv_;
 
 BLA_EXPORT void blac_zgesv_(const int* n, const int* nrhs, blac_complex* a, const int* lda, int* ipiv,
                             blac_complex* b, const int* ldb, int* info)

@@ -2,7 +2,7 @@
 // dgetrf, complex.
 #include "facade.h"
 
-extern "C" void zgetrf_(const int* m, const int* n, blac_complex* a, const int* lda, int* ipiv, int* info);
+extern "C" decltype(blac_zgetrf_) zgetrf_;
 
 BLA_EXPORT void blac_zgetrf_(const int* m, const int* n, blac_complex* a, const int* lda, int* ipiv,
                              int* info)

@@ -2,9 +2,7 @@
 // dgetrs, complex.
 #include "facade.h"
 
-extern "C" void zgetrs_(const char* trans, const int* n, const int* nrhs, const blac_complex* a,
-                        const int* lda, const int* ipiv, blac_complex* b, const int* ldb, int* info,
-                        std::size_t);
+extern "C" WithLengths<decltype(blac_zgetrs_), 1> zgetrs_;
 
 BLA_EXPORT void blac_zgetrs_(const char* trans, const int* n, const int* nrhs, const blac_complex* a,
                              const int* lda, const int* ipiv, blac_complex* b, const int* ldb, int* info)

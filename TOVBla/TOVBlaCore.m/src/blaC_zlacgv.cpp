@@ -2,7 +2,7 @@
 // Conjugates a complex vector.
 #include "facade.h"
 
-extern "C" void zlacgv_(const int* n, blac_complex* x, const int* incx);
+extern "C" decltype(blac_zlacgv_) zlacgv_;
 
 BLA_EXPORT void blac_zlacgv_(const int* n, blac_complex* x, const int* incx)
 {

@@ -2,9 +2,7 @@
 // zhseqr by double-shift QR for small matrices; wantt and wantz are logicals.
 #include "facade.h"
 
-extern "C" void zlahqr_(const int* wantt, const int* wantz, const int* n, const int* ilo, const int* ihi,
-                        blac_complex* h, const int* ldh, blac_complex* w, const int* iloz, const int* ihiz,
-                        blac_complex* z, const int* ldz, int* info);
+extern "C" decltype(blac_zlahqr_) zlahqr_;
 
 BLA_EXPORT void blac_zlahqr_(const int* wantt, const int* wantz, const int* n, const int* ilo, const int* ihi,
                              blac_complex* h, const int* ldh, blac_complex* w, const int* iloz,

@@ -2,8 +2,7 @@
 // Returns the largest entry, one-, infinity- or Frobenius norm of a complex matrix.
 #include "facade.h"
 
-extern "C" double zlange_(const char* norm, const int* m, const int* n, const blac_complex* a, const int* lda,
-                          double* work, std::size_t);
+extern "C" WithLengths<decltype(blac_zlange_), 1> zlange_;
 
 BLA_EXPORT double blac_zlange_(const char* norm, const int* m, const int* n, const blac_complex* a,
                                const int* lda, double* work)

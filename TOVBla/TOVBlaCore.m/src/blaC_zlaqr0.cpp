@@ -2,9 +2,7 @@
 // zhseqr by aggressive early deflation for large matrices.
 #include "facade.h"
 
-extern "C" void zlaqr0_(const int* wantt, const int* wantz, const int* n, const int* ilo, const int* ihi,
-                        blac_complex* h, const int* ldh, blac_complex* w, const int* iloz, const int* ihiz,
-                        blac_complex* z, const int* ldz, blac_complex* work, const int* lwork, int* info);
+extern "C" decltype(blac_zlaqr0_) zlaqr0_;
 
 BLA_EXPORT void blac_zlaqr0_(const int* wantt, const int* wantz, const int* n, const int* ilo, const int* ihi,
                              blac_complex* h, const int* ldh, blac_complex* w, const int* iloz,

@@ -2,9 +2,7 @@
 // Applies a complex elementary reflector to C.
 #include "facade.h"
 
-extern "C" void zlarf_(const char* side, const int* m, const int* n, const blac_complex* v, const int* incv,
-                       const blac_complex* tau, blac_complex* c, const int* ldc, blac_complex* work,
-                       std::size_t);
+extern "C" WithLengths<decltype(blac_zlarf_), 1> zlarf_;
 
 BLA_EXPORT void blac_zlarf_(const char* side, const int* m, const int* n, const blac_complex* v,
                             const int* incv, const blac_complex* tau, blac_complex* c, const int* ldc,

@@ -2,8 +2,7 @@
 // dlarfg, complex.
 #include "facade.h"
 
-extern "C" void zlarfg_(const int* n, blac_complex* alpha, blac_complex* x, const int* incx,
-                        blac_complex* tau);
+extern "C" decltype(blac_zlarfg_) zlarfg_;
 
 BLA_EXPORT void blac_zlarfg_(const int* n, blac_complex* alpha, blac_complex* x, const int* incx,
                              blac_complex* tau)

@@ -2,9 +2,7 @@
 // dlarft, complex.
 #include "facade.h"
 
-extern "C" void zlarft_(const char* direct, const char* storev, const int* n, const int* k, blac_complex* v,
-                        const int* ldv, const blac_complex* tau, blac_complex* t, const int* ldt, std::size_t,
-                        std::size_t);
+extern "C" WithLengths<decltype(blac_zlarft_), 2> zlarft_;
 
 BLA_EXPORT void blac_zlarft_(const char* direct, const char* storev, const int* n, const int* k,
                              blac_complex* v, const int* ldv, const blac_complex* tau, blac_complex* t,

@@ -2,8 +2,7 @@
 // Generates a plane rotation with real cosine and complex sine.
 #include "facade.h"
 
-extern "C" void zlartg_(const blac_complex* f, const blac_complex* g, double* c, blac_complex* s,
-                        blac_complex* r);
+extern "C" decltype(blac_zlartg_) zlartg_;
 
 BLA_EXPORT void blac_zlartg_(const blac_complex* f, const blac_complex* g, double* c, blac_complex* s,
                              blac_complex* r)

@@ -2,9 +2,7 @@
 // A := A·cto/cfrom without needless overflow.
 #include "facade.h"
 
-extern "C" void zlascl_(const char* type, const int* kl, const int* ku, const double* cfrom,
-                        const double* cto, const int* m, const int* n, blac_complex* a, const int* lda,
-                        int* info, std::size_t);
+extern "C" WithLengths<decltype(blac_zlascl_), 1> zlascl_;
 
 BLA_EXPORT void blac_zlascl_(const char* type, const int* kl, const int* ku, const double* cfrom,
                              const double* cto, const int* m, const int* n, blac_complex* a, const int* lda,

@@ -2,8 +2,7 @@
 // dlaset, complex.
 #include "facade.h"
 
-extern "C" void zlaset_(const char* uplo, const int* m, const int* n, const blac_complex* alpha,
-                        const blac_complex* beta, blac_complex* a, const int* lda, std::size_t);
+extern "C" WithLengths<decltype(blac_zlaset_), 1> zlaset_;
 
 BLA_EXPORT void blac_zlaset_(const char* uplo, const int* m, const int* n, const blac_complex* alpha,
                              const blac_complex* beta, blac_complex* a, const int* lda)

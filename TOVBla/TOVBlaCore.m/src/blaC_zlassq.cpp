@@ -2,7 +2,7 @@
 // Updates scale²·sumsq by the squares of a complex vector.
 #include "facade.h"
 
-extern "C" void zlassq_(const int* n, const blac_complex* x, const int* incx, double* scale, double* sumsq);
+extern "C" decltype(blac_zlassq_) zlassq_;
 
 BLA_EXPORT void blac_zlassq_(const int* n, const blac_complex* x, const int* incx, double* scale,
                              double* sumsq)

@@ -2,9 +2,7 @@
 // Solves op(A)·x = scale·b, A complex triangular, with scaling against overflow.
 #include "facade.h"
 
-extern "C" void zlatrs_(const char* uplo, const char* trans, const char* diag, const char* normin,
-                        const int* n, const blac_complex* a, const int* lda, blac_complex* x, double* scale,
-                        double* cnorm, int* info, std::size_t, std::size_t, std::size_t, std::size_t);
+extern "C" WithLengths<decltype(blac_zlatrs_), 4> zlatrs_;
 
 BLA_EXPORT void blac_zlatrs_(const char* uplo, const char* trans, const char* diag, const char* normin,
                              const int* n, const blac_complex* a, const int* lda, blac_complex* x,

@@ -2,8 +2,7 @@
 // Plane rotation of complex vectors, real cosine and complex sine.
 #include "facade.h"
 
-extern "C" void zrot_(const int* n, blac_complex* cx, const int* incx, blac_complex* cy, const int* incy,
-                      const double* c, const blac_complex* s);
+extern "C" decltype(blac_zrot_) zrot_;
 
 BLA_EXPORT void blac_zrot_(const int* n, blac_complex* cx, const int* incx, blac_complex* cy, const int* incy,
                            const double* c, const blac_complex* s)

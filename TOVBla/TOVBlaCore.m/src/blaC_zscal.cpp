@@ -2,7 +2,7 @@
 // x := a·x, complex.
 #include "facade.h"
 
-extern "C" void zscal_(const int* n, const blac_complex* a, blac_complex* x, const int* incx);
+extern "C" decltype(blac_zscal_) zscal_;
 
 BLA_EXPORT void blac_zscal_(const int* n, const blac_complex* a, blac_complex* x, const int* incx)
 {

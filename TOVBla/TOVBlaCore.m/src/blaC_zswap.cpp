@@ -2,7 +2,7 @@
 // Exchanges x and y, complex.
 #include "facade.h"
 
-extern "C" void zswap_(const int* n, blac_complex* x, const int* incx, blac_complex* y, const int* incy);
+extern "C" decltype(blac_zswap_) zswap_;
 
 BLA_EXPORT void blac_zswap_(const int* n, blac_complex* x, const int* incx, blac_complex* y, const int* incy)
 {

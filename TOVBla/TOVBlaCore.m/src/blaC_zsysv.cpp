@@ -2,9 +2,7 @@
 // dsysv, complex symmetric (A = Aᵀ).
 #include "facade.h"
 
-extern "C" void zsysv_(const char* uplo, const int* n, const int* nrhs, blac_complex* a, const int* lda,
-                       int* ipiv, blac_complex* b, const int* ldb, blac_complex* work, const int* lwork,
-                       int* info, std::size_t);
+extern "C" WithLengths<decltype(blac_zsysv_), 1> zsysv_;
 
 BLA_EXPORT void blac_zsysv_(const char* uplo, const int* n, const int* nrhs, blac_complex* a, const int* lda,
                             int* ipiv, blac_complex* b, const int* ldb, blac_complex* work, const int* lwork,

@@ -3,10 +3,7 @@
 // logicals.
 #include "facade.h"
 
-extern "C" void ztrevc_(const char* side, const char* howmny, const int* select, const int* n,
-                        blac_complex* t, const int* ldt, blac_complex* vl, const int* ldvl, blac_complex* vr,
-                        const int* ldvr, const int* mm, int* m, blac_complex* work, double* rwork, int* info,
-                        std::size_t, std::size_t);
+extern "C" WithLengths<decltype(blac_ztrevc_), 2> ztrevc_;
 
 BLA_EXPORT void blac_ztrevc_(const char* side, const char* howmny, const int* select, const int* n,
                              blac_complex* t, const int* ldt, blac_complex* vl, const int* ldvl,

@@ -2,8 +2,7 @@
 // Reorders a complex Schur factorisation.
 #include "facade.h"
 
-extern "C" void ztrexc_(const char* compq, const int* n, blac_complex* t, const int* ldt, blac_complex* q,
-                        const int* ldq, const int* ifst, const int* ilst, int* info, std::size_t);
+extern "C" WithLengths<decltype(blac_ztrexc_), 1> ztrexc_;
 
 BLA_EXPORT void blac_ztrexc_(const char* compq, const int* n, blac_complex* t, const int* ldt,
                              blac_complex* q, const int* ldq, const int* ifst, const int* ilst, int* info)

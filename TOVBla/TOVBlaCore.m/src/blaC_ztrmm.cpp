@@ -2,9 +2,7 @@
 // B := alpha·op(A)·B or alpha·B·op(A), complex, A triangular.
 #include "facade.h"
 
-extern "C" void ztrmm_(const char* side, const char* uplo, const char* transa, const char* diag, const int* m,
-                       const int* n, const blac_complex* alpha, const blac_complex* a, const int* lda,
-                       blac_complex* b, const int* ldb, std::size_t, std::size_t, std::size_t, std::size_t);
+extern "C" WithLengths<decltype(blac_ztrmm_), 4> ztrmm_;
 
 BLA_EXPORT void blac_ztrmm_(const char* side, const char* uplo, const char* transa, const char* diag,
                             const int* m, const int* n, const blac_complex* alpha, const blac_complex* a,

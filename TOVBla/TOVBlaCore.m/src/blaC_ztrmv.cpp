@@ -2,9 +2,7 @@
 // x := op(A)·x, complex, A triangular.
 #include "facade.h"
 
-extern "C" void ztrmv_(const char* uplo, const char* trans, const char* diag, const int* n,
-                       const blac_complex* a, const int* lda, blac_complex* x, const int* incx, std::size_t,
-                       std::size_t, std::size_t);
+extern "C" WithLengths<decltype(blac_ztrmv_), 3> ztrmv_;
 
 BLA_EXPORT void blac_ztrmv_(const char* uplo, const char* trans, const char* diag, const int* n,
                             const blac_complex* a, const int* lda, blac_complex* x, const int* incx)

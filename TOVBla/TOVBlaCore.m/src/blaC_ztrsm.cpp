@@ -2,9 +2,7 @@
 // B := alpha·op(A)⁻¹·B or alpha·B·op(A)⁻¹, complex, A triangular.
 #include "facade.h"
 
-extern "C" void ztrsm_(const char* side, const char* uplo, const char* transa, const char* diag, const int* m,
-                       const int* n, const blac_complex* alpha, const blac_complex* a, const int* lda,
-                       blac_complex* b, const int* ldb, std::size_t, std::size_t, std::size_t, std::size_t);
+extern "C" WithLengths<decltype(blac_ztrsm_), 4> ztrsm_;
 
 BLA_EXPORT void blac_ztrsm_(const char* side, const char* uplo, const char* transa, const char* diag,
                             const int* m, const int* n, const blac_complex* alpha, const blac_complex* a,

@@ -2,9 +2,7 @@
 // x := op(A)⁻¹·x, complex, A triangular.
 #include "facade.h"
 
-extern "C" void ztrsv_(const char* uplo, const char* trans, const char* diag, const int* n,
-                       const blac_complex* a, const int* lda, blac_complex* x, const int* incx, std::size_t,
-                       std::size_t, std::size_t);
+extern "C" WithLengths<decltype(blac_ztrsv_), 3> ztrsv_;
 
 BLA_EXPORT void blac_ztrsv_(const char* uplo, const char* trans, const char* diag, const int* n,
                             const blac_complex* a, const int* lda, blac_complex* x, const int* incx)

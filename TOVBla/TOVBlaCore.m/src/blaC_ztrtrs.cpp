@@ -2,9 +2,7 @@
 // Solves op(A)·X = B, A complex triangular, with a check for singularity.
 #include "facade.h"
 
-extern "C" void ztrtrs_(const char* uplo, const char* trans, const char* diag, const int* n, const int* nrhs,
-                        const blac_complex* a, const int* lda, blac_complex* b, const int* ldb, int* info,
-                        std::size_t, std::size_t, std::size_t);
+extern "C" WithLengths<decltype(blac_ztrtrs_), 3> ztrtrs_;
 
 BLA_EXPORT void blac_ztrtrs_(const char* uplo, const char* trans, const char* diag, const int* n,
                              const int* nrhs, const blac_complex* a, const int* lda, blac_complex* b,

@@ -2,8 +2,7 @@
 // Q of a complex QR factorisation, formed, unblocked.
 #include "facade.h"
 
-extern "C" void zung2r_(const int* m, const int* n, const int* k, blac_complex* a, const int* lda,
-                        const blac_complex* tau, blac_complex* work, int* info);
+extern "C" decltype(blac_zung2r_) zung2r_;
 
 BLA_EXPORT void blac_zung2r_(const int* m, const int* n, const int* k, blac_complex* a, const int* lda,
                              const blac_complex* tau, blac_complex* work, int* info)

@@ -2,8 +2,7 @@
 // Q of a complex QR factorisation, formed.
 #include "facade.h"
 
-extern "C" void zungqr_(const int* m, const int* n, const int* k, blac_complex* a, const int* lda,
-                        const blac_complex* tau, blac_complex* work, const int* lwork, int* info);
+extern "C" decltype(blac_zungqr_) zungqr_;
 
 BLA_EXPORT void blac_zungqr_(const int* m, const int* n, const int* k, blac_complex* a, const int* lda,
                              const blac_complex* tau, blac_complex* work, const int* lwork, int* info)

@@ -2,8 +2,7 @@
 // Q of a complex RQ factorisation, formed, unblocked.
 #include "facade.h"
 
-extern "C" void zungr2_(const int* m, const int* n, const int* k, blac_complex* a, const int* lda,
-                        const blac_complex* tau, blac_complex* work, int* info);
+extern "C" decltype(blac_zungr2_) zungr2_;
 
 BLA_EXPORT void blac_zungr2_(const int* m, const int* n, const int* k, blac_complex* a, const int* lda,
                              const blac_complex* tau, blac_complex* work, int* info)

@@ -2,10 +2,7 @@
 // Multiplies C by Q of zgehrd; a is changed during the call and restored.
 #include "facade.h"
 
-extern "C" void zunmhr_(const char* side, const char* trans, const int* m, const int* n, const int* ilo,
-                        const int* ihi, blac_complex* a, const int* lda, const blac_complex* tau,
-                        blac_complex* c, const int* ldc, blac_complex* work, const int* lwork, int* info,
-                        std::size_t, std::size_t);
+extern "C" WithLengths<decltype(blac_zunmhr_), 2> zunmhr_;
 
 BLA_EXPORT void blac_zunmhr_(const char* side, const char* trans, const int* m, const int* n, const int* ilo,
                              const int* ihi, blac_complex* a, const int* lda, const blac_complex* tau,
