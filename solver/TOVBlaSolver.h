@@ -122,14 +122,16 @@ int bla_solver_set(bla_solver* solver, const char* option, double value);
  * After bla_solver_factorise: `positive_pivots` and `negative_pivots` (used as they came: with no others, the
  * inertia of a symmetric A), `replaced_pivots`, `shifted_pivots`; `unheld_motions`, the dimension of the null
  * space where A was found singular, else 0; `structural_rank` (entries of the diagonal that can be made
- * nonzero by exchanging rows; of a symmetric matrix the rows that are not zero); `threads_used`; `seconds_factorise`.
+ * nonzero by exchanging rows; of a symmetric matrix the rows that are not zero); `threads_used`;
+ * `seconds_factorise`.
  *
  * After bla_solver_solve: `seconds_solve` of the last call.
  *
  * After bla_solver_refine, the worst of its columns: `residual`, |b - A·x| / (|A|·|x| + |b|) in maximum
  * norms; `backward_error`, the componentwise one (Arioli, Demmel, Duff 1989); `error_estimate`, a bound on
  * the relative error of x in the maximum norm from that and an estimated condition number, infinity where A
- * is not found regular; `condition`, the estimate in it; `trusted`, 1 or 0 (see bla_solver_verdict); `refinement_steps`; `seconds_refine`.
+ * is not found regular; `condition`, the estimate in it; `trusted`, 1 or 0 (see bla_solver_verdict);
+ * `refinement_steps`; `seconds_refine`.
  */
 int bla_solver_get(const bla_solver* solver, const char* quantity, double* value);
 

@@ -111,8 +111,8 @@ void check_matrix(const std::string& path, const std::optional<plain::File>& fil
                 "all rows and entries");
         auto wanted = sums.begin();
         for (int i = 0; i < a.n; ++i)
-            for (int p = a.start[static_cast<std::size_t>(i)]; p < a.start[static_cast<std::size_t>(i) + 1];
-                 ++p) {
+            for (std::int64_t p = a.start[static_cast<std::size_t>(i)];
+                 p < a.start[static_cast<std::size_t>(i) + 1]; ++p) {
                 const auto at = static_cast<std::size_t>(p);
                 require(at < a.entries() && wanted != sums.end(), "as many entries as there are");
                 require(wanted->first == std::pair<std::int64_t, std::int64_t>(i, a.column[at]),

@@ -251,7 +251,7 @@ TEST(Analysis, NoSequenceOfChildrenNeedsLessOfEitherStack)
 {
     std::mt19937_64 random = generator(15);
     const auto compare = [&](const Edges& edges, int shuffles) {
-        const Analysis a = analyse(edges.pattern(), {}, {Ordering::amd, nullptr});
+        const Analysis a = analyse(edges.pattern(), {}, {Ordering::amd, nullptr, {}});
         for (int shuffle = 0; shuffle < shuffles; ++shuffle) {
             const auto other = stacksShuffled(a, random);
             ASSERT_LE(a.stack[0], other[0]);
