@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: BSD-3-Clause
-# What the library can be built for and with, said in one sentence before anything is compiled.
-if(NOT CMAKE_SYSTEM_NAME STREQUAL Linux OR NOT CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|amd64|AMD64)$"
+# What the library can be built for and with, said in one sentence before anything is compiled. (Where there is no uname,
+# the processor's name is empty.)
+if(NOT CMAKE_SYSTEM_NAME STREQUAL Linux OR NOT CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|amd64|AMD64|)$"
         OR NOT CMAKE_SIZEOF_VOID_P EQUAL 8)
     math(EXPR bits "8*${CMAKE_SIZEOF_VOID_P}")
     message(FATAL_ERROR "${PROJECT_NAME} is for 64-bit x86-64 Linux, not for ${bits}-bit "

@@ -14,7 +14,7 @@ import tempfile
 HIDDEN = {
     "tools": (["-DCMAKE_IGNORE_PATH=/usr/bin;/bin;/usr/local/bin", "-DCMAKE_Fortran_COMPILER=",
                "-DCMAKE_DISABLE_FIND_PACKAGE_Doxygen=ON"],
-              ["emulation.avx", "fortran.families", "packaging.abi", "packaging.debian", "packaging.format",
+              ["emulation.avx", "fortran.families", "packaging.abi", "packaging.format",
                "packaging.install", "solve.first_call_fortran"]),
     "programs and examples": (["-DBLA_BUILD_PROGRAMS=OFF", "-DBLA_BUILD_EXAMPLES=OFF"],
                               ["backend.reference.solve", "docs.eliminations", "solve.data", "solve.first_call"]),

@@ -16,7 +16,7 @@ void dgemm_scaled(char transa, char transb, int m, int n, int k, double alpha, c
 {
     bool transposed = transb == 'T' || transb == 't';
     int rows = transposed ? n : k;
-    int ldw = rows < 1 ? rows : rows + 1; // dgemm_ refuses a leading dimension below 1
+    int ldw = rows; // not more: the order of a library's sums may depend on it
     std::vector<double> w(rows < 1 ? 0 : static_cast<std::size_t>(int64_t{ldw} * (transposed ? k : n)));
     for (int64_t l = 0; l < k; ++l)
         for (int64_t j = 0; j < n; ++j) {
