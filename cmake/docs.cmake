@@ -15,7 +15,7 @@ if(BLA_WERROR)
 endif()
 configure_file(docs/Doxyfile.in ${PROJECT_BINARY_DIR}/Doxyfile @ONLY)
 add_custom_command(OUTPUT ${manual_dir}/done
-    DEPENDS ${PROJECT_BINARY_DIR}/Doxyfile ${module}/TOVBlaModule.h examples/eliminations.cpp cmake/manual_pages.cmake
+    DEPENDS ${PROJECT_BINARY_DIR}/Doxyfile ${module}/TOVBlaModule.h solver/TOVBlaSolver.h examples/eliminations.cpp cmake/manual_pages.cmake
         docs/getting-started.md docs/guide.md docs/bit-identity.md docs/backends.md docs/adding-a-kernel.md
     COMMAND ${CMAKE_COMMAND} -E rm -rf ${manual_dir}
     COMMAND ${CMAKE_COMMAND} -E make_directory ${manual_dir}

@@ -48,7 +48,7 @@ extern "C" {
 #endif
 
 /**
- * @defgroup solver Sparse direct solver
+ * @defgroup sparse_solver Sparse direct solver
  *
  * Handles, options and answers are described in TOVBlaSolver.h.
  * @{
@@ -139,6 +139,7 @@ int bla_solver_get(const bla_solver* solver, const char* quantity, double* value
  * The order of elimination for the next bla_solver_analyse: order[k] is eliminated k-th. Unknowns that do not
  * depend on each other may be taken in another sequence, which changes neither pivots nor fill. Sets the
  * option `ordering` to 3.
+ * @param solver the handle
  * @param n number of unknowns; 0 forgets the order
  * @param order [n] a permutation of 0 ... n-1
  */
@@ -148,6 +149,7 @@ int bla_solver_set_order(bla_solver* solver, int32_t n, const int32_t* order);
  * Unknowns that the next analyses keep, for static condensation: factorise eliminates all others first and
  * makes the Schur complement of these available. Solutions are those of the whole system all the same. With
  * unknowns kept, tiny pivots are replaced, or shifted as `shift` says, and nothing else is tried.
+ * @param solver the handle
  * @param count their number; 0 forgets them
  * @param unknowns [count] different ones; their order is that of bla_solver_schur
  */
@@ -158,6 +160,7 @@ int bla_solver_set_schur(bla_solver* solver, int32_t count, const int32_t* unkno
  *
  * Rows are compressed: row i has the entries start[i] ... start[i+1]-1, in any order; entries at one place
  * are added. An analysis that exists is replaced, its factor dropped.
+ * @param solver the handle
  * @param kind one of BLA_SOLVER_SYMMETRIC_LOWER, BLA_SOLVER_SYMMETRIC_UPPER, BLA_SOLVER_GENERAL
  * @param n number of rows and columns, 0 or more
  * @param start [n+1] positions in `column`, not descending
@@ -175,12 +178,14 @@ int bla_solver_analyse(bla_solver* solver, int kind, int32_t n, const int64_t* s
  *
  * A factor that exists is overwritten; while a monitor is set, which may cancel, it is kept until the new one
  * is complete (twice the memory).
+ * @param solver the handle
  * @param value [start[n]] values in the sequence of the entries given to bla_solver_analyse
  */
 int bla_solver_factorise(bla_solver* solver, const double* value);
 
 /**
  * B := A⁻¹·B or A⁻ᵀ·B, without refinement.
+ * @param solver the handle
  * @param transposed 1: with the transposed matrix, 0: not
  * @param nrhs number of right-hand sides, 0 or more
  * @param b [ldb × nrhs] right-hand sides, then solutions
@@ -190,6 +195,7 @@ int bla_solver_solve(bla_solver* solver, int transposed, int32_t nrhs, double* b
 
 /**
  * Improves solutions of A·X = B by iterative refinement, and computes their backward errors and error bounds.
+ * @param solver the handle
  * @param value [start[n]] the values that were factorised, or others near them: the answer is theirs
  * @param nrhs number of right-hand sides, 0 or more
  * @param b [ldb × nrhs] right-hand sides
@@ -203,12 +209,14 @@ int bla_solver_refine(bla_solver* solver, const double* value, int32_t nrhs, con
 /**
  * The pivots of a symmetric matrix as it was given, not scaled: A = Pᵀ·L·D·Lᵀ·P. BLA_SOLVER_BAD_ARGUMENT for
  * a general one.
+ * @param solver the handle
  * @param[out] d [n] the pivot of every unknown; 1e36 for a replaced one
  */
 int bla_solver_pivots(const bla_solver* solver, double* d);
 
 /**
  * The unknowns whose pivots were replaced, ascending.
+ * @param solver the handle
  * @param[out] unknowns as many as `replaced_pivots` says
  */
 int bla_solver_replaced(const bla_solver* solver, int32_t* unknowns);
@@ -216,6 +224,7 @@ int bla_solver_replaced(const bla_solver* solver, int32_t* unknowns);
 /**
  * Unknowns of a singular matrix that, if they were held, would leave no motion free: of a structure, where
  * supports are missing.
+ * @param solver the handle
  * @param[out] unknowns as many as `unheld_motions` says, ascending
  */
 int bla_solver_unheld(const bla_solver* solver, int32_t* unknowns);
@@ -231,6 +240,7 @@ const char* bla_solver_verdict(const bla_solver* solver);
 /**
  * The Schur complement of the unknowns given to bla_solver_set_schur: A(k,k) - A(k,e)·A(e,e)⁻¹·A(e,k), k the
  * kept unknowns and e the others; of a symmetric matrix both triangles.
+ * @param solver the handle
  * @param[out] c [ldc × count] in the order given to bla_solver_set_schur
  * @param ldc leading dimension, at least count and 1
  */
@@ -241,7 +251,9 @@ int bla_solver_schur(const bla_solver* solver, double* c, int64_t ldc);
  * bla_solver_factorise ("factorising"), bla_solver_solve ("solving") and bla_solver_refine ("refining"), on
  * the caller's thread, with the share of the phase that is done, 0 to 1. A result other than 0 makes the call
  * return BLA_SOLVER_CANCELLED. The monitor must not throw, nor use the handle.
+ * @param solver the handle
  * @param monitor NULL: none
+ * @param context what the monitor is given
  */
 int bla_solver_set_monitor(bla_solver* solver, int (*monitor)(void* context, const char* phase, double share),
                            void* context);

@@ -65,6 +65,13 @@ gfortran -J "$scratch" -o "$scratch/f_consumer2" "$prefix/include/tovbla.f90" "$
     $(pkg-config --libs zeftovblamodule)
 "$scratch/f_consumer2"
 
+echo "== the solver, in C, C++ and Fortran by pkg-config"
+cc -Wall -Wextra -Werror -o "$scratch/first_solve" "$source/examples/first_solve.c" $(pkg-config --cflags --libs zeftovblasolver)
+c++ -Wall -Wextra -Werror -o "$scratch/first_solve_cpp" "$source/examples/first_solve.cpp" $(pkg-config --cflags --libs zeftovblasolver)
+gfortran -o "$scratch/first_solve_f" "$source/examples/first_solve.f90" $(pkg-config --cflags --libs zeftovblasolver)
+for program in first_solve first_solve_cpp first_solve_f; do "$scratch/$program"; done
+objdump -p "$lib/libZEFTOVBlaSolver.so" | grep -q 'SONAME *libZEFTOVBlaSolver.so.0$' || fail "soname of the solver"
+
 echo "== the manual's first page"
 "$here/run_manual.sh" "$source/docs/getting-started.md"
 
