@@ -13,12 +13,15 @@ scripts/package.sh --build=full
 version=$(dpkg-parsechangelog -S Version)
 ls "$source/build-package/zeftovblamodule_$version.dsc"
 cd "$scratch"
-cp "$source"/build-package/{libzeftovblamodule1,libzeftovblamodule-dev,zeftovblamodule-tools}_"$version"_amd64.deb .
+cp "$source"/build-package/*_"$version"_amd64.deb .
+rm -f ./*-dbgsym_*
+packages=(*.deb)
+[ ${#packages[@]} -eq 5 ] || fail "five packages, not ${packages[*]}"
 runtime=$(echo libzeftovblamodule1_*.deb) development=$(echo libzeftovblamodule-dev_*.deb)
-tools=$(echo zeftovblamodule-tools_*.deb)
+solver=$(echo libzeftovblasolver0_*.deb) tools=$(echo zeftovblamodule-tools_*.deb)
 
 echo "== dependencies"
-for package in "$runtime" "$development" "$tools"; do
+for package in "${packages[@]}"; do
     echo "$(dpkg-deb -f "$package" Package): $(dpkg-deb -f "$package" Depends)"
 done
 for wanted in 'libblas3 | libblas.so.3' 'liblapack3 | liblapack.so.3' 'libc6 (>='; do
@@ -28,19 +31,21 @@ done
     fail "the library depends on one BLAS, or on a language's run time"
 dpkg-deb -f "$development" Depends | grep -F "libzeftovblamodule1 (= $version)" >/dev/null ||
     fail "$development does not depend on its library"
-dpkg-deb -f "$tools" Depends | grep -F "libzeftovblamodule1 (>= 1.0.0)" >/dev/null ||
-    fail "$tools does not depend on the version of the library's symbols"
+dpkg-deb -f "$tools" Depends | grep -F "libzeftovblasolver0 (>= 1.0.0)" >/dev/null ||
+    fail "$tools does not depend on the version of the solver's symbols"
+dpkg-deb -f "$solver" Depends | grep -F "libzeftovblamodule1 (>= 1.0.0)" >/dev/null ||
+    fail "$solver does not depend on the version of the library's symbols"
 
 echo "== what comes with them on a machine that has nothing"
 touch status
-apt-get -s -o Dir::State::status="$scratch/status" --install-recommends install "./$runtime" "./$development" "./$tools" \
+apt-get -s -o Dir::State::status="$scratch/status" --install-recommends install "${packages[@]/#/./}" \
     >installed 2>apt.log || { cat apt.log; fail "cannot be installed"; }
 echo "$(grep -c '^Inst' installed) packages"
 ! grep -E '^Inst (g?fortran|gcc-|g\+\+|clang|flang|llvm|libllvm)' installed | grep -v -- '-base ' || fail "a compiler comes with the packages"
 
 echo "== contents"
 mkdir root
-for package in "$runtime" "$development" "$tools"; do
+for package in "${packages[@]}"; do
     dpkg-deb -x "$package" root
     dpkg-deb -e "$package" "control-$package"
     (cd root && md5sum --quiet -c "../control-$package/md5sums") || fail "md5sums of $package"
