@@ -47,7 +47,7 @@ Scales scalesOf(const SparseMatrix& a, const Vectors& b, const Vectors& x, const
 
 // M is A for the purpose of an estimate where it finds known solutions again this well.
 constexpr double small = 0x1p-7;
-constexpr int refinements = 20;
+constexpr Effort refinements{20, 10};
 
 // Random signs and sizes from 1/2 to 1.
 Vectors known(int n)
@@ -126,12 +126,12 @@ bool Recovery::better(const Recovery& other) const
     return regular() && (!other.regular() || residual < other.residual);
 }
 
-Recovery recover(const SparseMatrix& a, const Apply& solve, int maxSteps)
+Recovery recover(const SparseMatrix& a, const Apply& solve, const Effort& effort)
 {
     const Vectors w = known(a.n);
     Vectors b(a.n, 1);
     multiply(a, w.value.data(), b.value.data(), 1);
-    const Refined refined = solveRefined(a, b, solve, maxSteps);
+    const Refined refined = solveRefined(a, b, solve, effort);
     return {distance(refined.x, w), refined.residual};
 }
 

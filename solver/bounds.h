@@ -67,4 +67,4 @@ struct Recovery
     bool better(const Recovery& other) const;
 };
 
-Recovery recover(const SparseMatrix& a, const Apply& solve, int maxSteps);
+Recovery recover(const SparseMatrix& a, const Apply& solve, const Effort& effort);

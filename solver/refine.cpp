@@ -11,6 +11,8 @@ namespace {
 constexpr double rounding = 0x1p-52;
 // Above this a slow gain is a gain; below, where rounding is what is left, a step must halve the error.
 constexpr double nearRounding = 1e-10;
+// The most that rounding leaves, for rows however long.
+constexpr double roundings = 0x1p-48;
 
 double relativeResidual(double normA, const double* r, const double* x, const double* b, int n)
 {
@@ -42,14 +44,15 @@ double maxNorm(const double* x, int n)
     return norm;
 }
 
-Refined solveRefined(const SparseMatrix& a, const Vectors& b, const Apply& apply, int maxSteps)
+Refined solveRefined(const SparseMatrix& a, const Vectors& b, const Apply& apply, const Effort& effort)
 {
     Vectors x = b;
     apply(x);
-    return refineFrom(a, b, std::move(x), apply, maxSteps);
+    return refineFrom(a, b, std::move(x), apply, effort);
 }
 
-Refined refineFrom(const SparseMatrix& a, const Vectors& b, Vectors start, const Apply& apply, int maxSteps)
+Refined refineFrom(const SparseMatrix& a, const Vectors& b, Vectors start, const Apply& apply,
+                   const Effort& effort)
 {
     Refined best;
     best.x = std::move(start);
@@ -61,12 +64,14 @@ Refined refineFrom(const SparseMatrix& a, const Vectors& b, Vectors start, const
     std::vector<int> active(b.columns);
     std::iota(active.begin(), active.end(), 0);
     std::vector<double> x(b.n), next(b.n);
-    for (int step = 1; step <= maxSteps; ++step) {
+    int plain = 0;
+    for (int step = 1; step <= effort.steps; ++step) {
         std::erase_if(active, [&](int j) { return error[j].sum() <= rounding; });
         if (active.empty())
             break;
         Vectors correction = selected(r, active);
         apply(correction);
+        plain = step;
         std::vector<int> improving;
         for (int k = 0; k < correction.columns; ++k) {
             const int j = active[k];
@@ -85,6 +90,24 @@ Refined refineFrom(const SparseMatrix& a, const Vectors& b, Vectors start, const
         active = improving;
     }
 
+    for (int j = 0; j < b.columns; ++j) {
+        int steps = plain;
+        for (int cycle = 0; cycle < effort.cycles && error[j].sum() > roundings; ++cycle) {
+            std::copy_n(best.x.column(j), b.n, x.begin());
+            steps += krylovCycle(a, b.column(j), x.data(), apply);
+            const BackwardError reached = backwardError(a, b.column(j), x.data(), next.data());
+            if (!(reached.sum() < error[j].sum()))
+                break;
+            const bool gained = reached.sum() <= 0.5 * error[j].sum();
+            std::copy(x.begin(), x.end(), best.x.column(j));
+            std::copy(next.begin(), next.end(), r.column(j));
+            error[j] = reached;
+            best.steps = std::max(best.steps, steps);
+            if (!gained)
+                break;
+        }
+    }
+
     const double normA = normInf(a);
     for (int j = 0; j < b.columns; ++j) {
         best.backward.omega1 = std::max(best.backward.omega1, error[j].omega1);
@@ -98,12 +121,14 @@ Refined refineFrom(const SparseMatrix& a, const Vectors& b, Vectors start, const
 bool solveRoughly(const SparseMatrix& a, Vectors& v, const Apply& apply)
 {
     constexpr double enough = 0x1p-7;
-    constexpr int most = 20;
+    constexpr Effort most{20, 10};
+    // A larger x than this backward error allows is a larger norm of A^-1, too.
+    constexpr double solved = 0x1p-50;
     Vectors x = v, r(v.n, v.columns);
     apply(x);
     double before = HUGE_VAL;
     bool converged = false;
-    for (int step = 0; step < most && !converged; ++step) {
+    for (int step = 0; step < most.steps && !converged; ++step) {
         multiply(a, x.value.data(), r.value.data(), x.columns);
         std::transform(v.value.begin(), v.value.end(), r.value.begin(), r.value.begin(), std::minus<>());
         apply(r);
@@ -118,6 +143,11 @@ bool solveRoughly(const SparseMatrix& a, Vectors& v, const Apply& apply)
         std::transform(x.value.begin(), x.value.end(), r.value.begin(), x.value.begin(), std::plus<>());
         before = correction;
         converged = correction <= enough;
+    }
+    if (!converged) {
+        Refined refined = solveRefined(a, v, apply, most);
+        converged = refined.backward.sum() <= solved;
+        x = std::move(refined.x);
     }
     v = x;
     return converged;

@@ -65,14 +65,14 @@ TEST(BackwardError, OfWhatIsNotFiniteIsInfinite)
 TEST(Refine, GoesOnWhileItHelps)
 {
     const Vectors b = problems::ones(3);
-    const Refined none = solveRefined(identity, b, offBy(0.1), 0);
+    const Refined none = solveRefined(identity, b, offBy(0.1), {0, 0});
     EXPECT_EQ(none.steps, 0);
     EXPECT_NEAR(none.backward.sum(), 0.1 / 2.1, 1e-3);
-    const Refined good = solveRefined(identity, b, offBy(0.1), 100);
+    const Refined good = solveRefined(identity, b, offBy(0.1), {100, 0});
     EXPECT_LE(good.backward.sum(), 0x1p-52);
     EXPECT_GE(good.steps, 14);
     EXPECT_LE(good.steps, 18);
-    const Refined bounded = solveRefined(identity, b, offBy(0.1), 3);
+    const Refined bounded = solveRefined(identity, b, offBy(0.1), {3, 0});
     EXPECT_EQ(bounded.steps, 3);
 }
 
@@ -88,11 +88,11 @@ TEST(Refine, KeepsTheBestOfEachColumn)
     };
     Vectors b(3, 3);
     b.value = {1, 2, 3, 4, 5, 6, 0, 0, 0};
-    const Refined refined = solveRefined(identity, b, apply, 100);
+    const Refined refined = solveRefined(identity, b, apply, {100, 0});
     EXPECT_LT(problems::relativeError(refined.x, b), 1e-15);
     for (int i = 3; i < 9; ++i)
         EXPECT_EQ(refined.x.value[i], b.value[i]);
-    const Refined worse = solveRefined(identity, b, offBy(-0.7), 100);
+    const Refined worse = solveRefined(identity, b, offBy(-0.7), {100, 0});
     EXPECT_EQ(worse.steps, 0);
 }
 
