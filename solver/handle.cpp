@@ -171,7 +171,7 @@ void bla_solver::factoriseWell(Factor& factor, Numbers& made) const
             return;
         run(shifting, "factorising with shifted pivots");
         const Recovery second = recover(a, inverse.solve, much);
-        if (!second.regular())
+        if (!first.regular() && !second.regular())
             made.unheld = findUnheldMotions(a, factor.treatedPivots(), inverse);
         if (second.better(first))
             return;

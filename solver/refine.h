@@ -28,8 +28,8 @@ Refined refineFrom(const SparseMatrix& a, const Vectors& b, Vectors start, const
 // From M^-1 * b.
 Refined solveRefined(const SparseMatrix& a, const Vectors& b, const Apply& apply, const Effort& effort);
 
-// V := A^-1 * V to the two digits that an estimate needs. False where corrections do not shrink: A is
-// singular to working precision, or M too far from it.
+// V := A^-1 * V to the two digits that an estimate needs. False, and V as it was, where corrections do not
+// shrink: A is singular to working precision, or M too far from it.
 bool solveRoughly(const SparseMatrix& a, Vectors& v, const Apply& apply);
 
 // max |x_i|, infinite where one is not a number
