@@ -38,7 +38,8 @@ struct ErrorBound
 //
 // M^-1 stands for A^-1 only where it is seen to be near it, on a solution that is known. Elsewhere (pivots
 // were treated, or rounding errors grew) a well-conditioned M may hide a singular A; then every solution is
-// refined with A, and what does not converge makes the bound infinite.
+// refined with A, by GMRES where plain refinement does not find the known solution again. What does not
+// converge makes the bound infinite, and GMRES is believed only well away from a singular A.
 ErrorBound boundError(const SparseMatrix& a, const Vectors& b, const Vectors& x,
                       const std::vector<double>& weight, const Factorised& m);
 
@@ -67,4 +68,4 @@ struct Recovery
     bool better(const Recovery& other) const;
 };
 
-Recovery recover(const SparseMatrix& a, const Apply& solve, int maxSteps);
+Recovery recover(const SparseMatrix& a, const Apply& solve, const Effort& effort);

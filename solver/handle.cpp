@@ -19,9 +19,11 @@ namespace {
 constexpr double pivotShift = 0x1p-26;
 // What counts as tiny then: whatever the shift surely moves away from zero, to half of itself at least.
 constexpr double shiftTolerance = pivotShift / 2;
-// Steps of refinement: a factor that needs more than a few is not a good one, and the best there is may need
-// many.
-constexpr int few = 5, many = 20;
+// A factor that needs more than a few steps of refinement is not a good one, and the best there is may need
+// much.
+constexpr Effort few{5, 0}, much{20, 10};
+// Cycles of GMRES for a right-hand side, where refinement is wanted at all.
+constexpr int cycles = 10;
 // Right-hand sides that are copied and solved for at a time.
 constexpr int blockColumns = 64;
 
@@ -168,8 +170,8 @@ void bla_solver::factoriseWell(Factor& factor, Numbers& made) const
         if (first.good())
             return;
         run(shifting, "factorising with shifted pivots");
-        const Recovery second = recover(a, inverse.solve, many);
-        if (!second.regular())
+        const Recovery second = recover(a, inverse.solve, much);
+        if (!first.regular() && !second.regular())
             made.unheld = findUnheldMotions(a, factor.treatedPivots(), inverse);
         if (second.better(first))
             return;
@@ -217,6 +219,7 @@ void bla_solver::refine(const double* value, int columns, const double* b, std::
     worst.treated = numbers->factor->treated();
     worst.motions = numbers->unheld.count;
     worst.unknowns = numbers->unheld.unknowns;
+    const int steps = static_cast<int>(options.refinements);
     const SparseMatrix a = rows->matrix(value), scaled = numbers->equilibrated.applied(a);
     const Factorised factorised{[&](Vectors& v) { numbers->factor->solve(v); },
                                 [&](Vectors& v) { numbers->factor->solve(v, true); }, worst.treated > 0};
@@ -224,9 +227,9 @@ void bla_solver::refine(const double* value, int columns, const double* b, std::
         report("refining", static_cast<double>(j) / columns);
         const int width = std::min(blockColumns, columns - j);
         Vectors right = copied(b + ldb * j, ldb, n(), width);
-        Refined refined = refineFrom(
-            a, right, copied(x + ldx * j, ldx, n(), width), [&](Vectors& v) { apply(v, false); },
-            static_cast<int>(options.refinements));
+        Refined refined =
+            refineFrom(a, right, copied(x + ldx * j, ldx, n(), width), [&](Vectors& v) { apply(v, false); },
+                       {steps, steps > 0 && worst.motions == 0 ? cycles : 0});
         copyBack(refined.x, x + ldx * j, ldx);
         // In the equilibrated system, where neither A^-1 nor its products overflow; the error is that of x.
         numbers->equilibrated.enter(right);

@@ -11,6 +11,8 @@ namespace {
 constexpr double rounding = 0x1p-52;
 // Above this a slow gain is a gain; below, where rounding is what is left, a step must halve the error.
 constexpr double nearRounding = 1e-10;
+// The most that rounding leaves, for rows however long.
+constexpr double roundings = 0x1p-48;
 
 double relativeResidual(double normA, const double* r, const double* x, const double* b, int n)
 {
@@ -42,14 +44,15 @@ double maxNorm(const double* x, int n)
     return norm;
 }
 
-Refined solveRefined(const SparseMatrix& a, const Vectors& b, const Apply& apply, int maxSteps)
+Refined solveRefined(const SparseMatrix& a, const Vectors& b, const Apply& apply, const Effort& effort)
 {
     Vectors x = b;
     apply(x);
-    return refineFrom(a, b, std::move(x), apply, maxSteps);
+    return refineFrom(a, b, std::move(x), apply, effort);
 }
 
-Refined refineFrom(const SparseMatrix& a, const Vectors& b, Vectors start, const Apply& apply, int maxSteps)
+Refined refineFrom(const SparseMatrix& a, const Vectors& b, Vectors start, const Apply& apply,
+                   const Effort& effort)
 {
     Refined best;
     best.x = std::move(start);
@@ -61,12 +64,14 @@ Refined refineFrom(const SparseMatrix& a, const Vectors& b, Vectors start, const
     std::vector<int> active(b.columns);
     std::iota(active.begin(), active.end(), 0);
     std::vector<double> x(b.n), next(b.n);
-    for (int step = 1; step <= maxSteps; ++step) {
+    int plain = 0;
+    for (int step = 1; step <= effort.steps; ++step) {
         std::erase_if(active, [&](int j) { return error[j].sum() <= rounding; });
         if (active.empty())
             break;
         Vectors correction = selected(r, active);
         apply(correction);
+        plain = step;
         std::vector<int> improving;
         for (int k = 0; k < correction.columns; ++k) {
             const int j = active[k];
@@ -83,6 +88,24 @@ Refined refineFrom(const SparseMatrix& a, const Vectors& b, Vectors start, const
             best.steps = step;
         }
         active = improving;
+    }
+
+    for (int j = 0; j < b.columns; ++j) {
+        int steps = plain;
+        for (int cycle = 0; cycle < effort.cycles && error[j].sum() > roundings; ++cycle) {
+            std::copy_n(best.x.column(j), b.n, x.begin());
+            steps += krylovCycle(a, b.column(j), x.data(), apply);
+            const BackwardError reached = backwardError(a, b.column(j), x.data(), next.data());
+            if (!(reached.sum() < error[j].sum()))
+                break;
+            const bool gained = reached.sum() <= 0.5 * error[j].sum();
+            std::copy(x.begin(), x.end(), best.x.column(j));
+            std::copy(next.begin(), next.end(), r.column(j));
+            error[j] = reached;
+            best.steps = std::max(best.steps, steps);
+            if (!gained)
+                break;
+        }
     }
 
     const double normA = normInf(a);
@@ -119,6 +142,7 @@ bool solveRoughly(const SparseMatrix& a, Vectors& v, const Apply& apply)
         before = correction;
         converged = correction <= enough;
     }
-    v = x;
+    if (converged)
+        v = std::move(x);
     return converged;
 }

@@ -129,6 +129,14 @@ class Data(runner.Case):
             self.assertIsNone(report["estimated_error"])
         self.assertEqual([report["unheld_motions"] for report in (mass, flow, heat)], [24, 1, 1])
 
+    def test_a_singular_matrix_is_called_so_by_ldu_as_well(self):
+        for m in range(2, 11):
+            with self.subTest(m):
+                closed = self.write("closed.mtx", made.Flow(m, pinned=False).text())
+                flow = self.report(closed, "--method", "ldu", status=1)
+                self.assertIn("singular", flow["verdict"])
+                self.assertIsNone(flow["estimated_error"])
+
     def test_an_ill_conditioned_matrix_is_called_so(self):
         report = self.report(matrix("msc01050"))
         self.assertIn("solved; ill-conditioned", report["verdict"])

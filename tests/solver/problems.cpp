@@ -59,6 +59,15 @@ SparseMatrix sparse(int n, const Dense& a)
     return s;
 }
 
+Dense dense(const SparseMatrix& a)
+{
+    Dense d(static_cast<std::size_t>(a.n) * a.n, 0.0);
+    for (int i = 0; i < a.n; ++i)
+        for (auto p = a.start[i]; p < a.start[i + 1]; ++p)
+            d[i + static_cast<std::size_t>(a.n) * a.column[p]] = a.value[p];
+    return d;
+}
+
 Dense conditioned(int n, double condition, bool symmetric, std::mt19937_64& random)
 {
     const Dense u = orthogonal(n, random), v = symmetric ? u : orthogonal(n, random);

@@ -13,6 +13,7 @@ namespace problems {
 // By columns, n*n entries.
 using Dense = std::vector<double>;
 SparseMatrix sparse(int n, const Dense& a);
+Dense dense(const SparseMatrix& a);
 
 // Random, with singular values from 1 down to 1/condition; symmetric and positive definite or neither.
 Dense conditioned(int n, double condition, bool symmetric, std::mt19937_64& random);
