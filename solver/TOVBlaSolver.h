@@ -94,17 +94,18 @@ const char* bla_solver_message(const bla_solver* solver);
 /**
  * Sets an option. It holds from the next call that it concerns.
  *
- * | option         | default | meaning |
- * |----------------|---------|---------|
- * | `threads`      | 0       | threads of factorisation and solution; 0: one per processor |
- * | `tolerance`    | 1e-14   | a pivot of at most this magnitude in the scaled matrix (largest entries about
- * 1) is tiny; 0 to 1 | | `shift`        | 0       | by how much tiny pivots of the scaled matrix are moved
- * away from zero; 0: they are replaced by 1e36, which takes their unknowns out of the system, and where that
- * does not give a solvable one they are moved by 2^-26 instead; 0 to 1 | | `refinements`  | 10      | most
- * steps of iterative refinement; 0: none, the bound is computed all the same | | `panel_width`  | 0       |
- * columns eliminated at once in a front; 0: by the size of the front | | `ordering`     | 0       | 0: the
- * better of METIS and AMD (METIS above 30 000 unknowns), 1: METIS, 2: AMD, 3: as given to
- * bla_solver_set_order | | `memory_limit` | 0       | bytes that a factorisation may take; 0: no limit |
+ * - `threads` (0): of factorisation and solution; 0: one per processor.
+ * - `tolerance` (1e-14): a pivot of at most this magnitude in the scaled matrix, whose largest entries are
+ *   about 1, is tiny; 0 to 1.
+ * - `shift` (0): by how much tiny pivots of the scaled matrix are moved away from zero, 0 to 1. 0: they are
+ *   replaced by 1e36, which takes their unknowns out of the system; where that does not give a solvable one,
+ *   they are moved by 2^-26 instead.
+ * - `refinements` (10): most steps of iterative refinement; where they stall above rounding, GMRES follows.
+ *   0: neither; the bound is computed all the same.
+ * - `panel_width` (0): columns eliminated at once in a front; 0: by the size of the front.
+ * - `ordering` (0): 0 the better of METIS and AMD (METIS above 30 000 unknowns), 1 METIS, 2 AMD, 3 as given
+ *   to bla_solver_set_order.
+ * - `memory_limit` (0): bytes that a factorisation may take; 0: no limit.
  *
  * `ordering` concerns bla_solver_analyse, `refinements` bla_solver_refine, the others bla_solver_factorise
  * and what follows.

@@ -34,7 +34,8 @@ std::string unsolvedVerdict(const Evidence& e)
                " of " + std::to_string(e.n) + ")";
     if (e.motions > 0)
         return "the matrix is singular to working precision (" + described(e) +
-               "), and the right-hand side is out of its reach; a structure is not supported";
+               (e.unreachable > outOfReach ? "), and the right-hand side is out of its reach;" : ");") +
+               " a structure is not supported";
     if (e.treated > 0)
         return std::to_string(e.treated) +
                " tiny pivots, and refinement does not repair what was done to them; "
