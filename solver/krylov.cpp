@@ -58,9 +58,8 @@ int krylovCycle(const SparseMatrix& a, const double* b, double* x, const Apply& 
     for (double left = norm; left > rounding && std::isfinite(left) && hessenberg.columns() < longest;) {
         Vectors next(n, 1);
         std::transform(s.first.begin(), s.first.end(), r.begin(), next.value.begin(), std::multiplies<>());
-        v.push_back(std::move(r));
+        v.push_back(r);
         apply(next);
-        r.resize(n);
         multiply(a, next.value.data(), r.data(), 1);
         z.push_back(std::move(next.value));
         unscale(r);
