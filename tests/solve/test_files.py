@@ -408,7 +408,7 @@ class Help(runner.Case):
         done = self.run_program("--help")
         self.assertEqual((done.returncode, done.stderr), (0, ""))
         for option in ("--mesh", "--method", "--rhs", "--columns", "--tolerance", "--nb", "--refine", "--threads",
-                       "--json", "--solution", "--vtk", "--no-vtk", "--version", "--help", "exit status"):
+                       "--json", "--condense", "--condensed", "--solution", "--vtk", "--no-vtk", "--version", "--help", "exit status"):
             self.assertIn(option, done.stdout)
 
 
