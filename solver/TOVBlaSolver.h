@@ -27,8 +27,10 @@
  *
  * **Failures.** Every function but bla_solver_destroy and bla_solver_message returns a status, 0 for success;
  * bla_solver_message then has a sentence on it. A failure leaves the handle in the state before the call:
- * what was analysed and factorised may still be used. Nothing is printed, no exception leaves a call. A
- * matrix that cannot be solved is not a failure but an answer: see `error_estimate` and `replaced_pivots`.
+ * what was analysed and factorised may still be used; of a block of vectors some may have been worked on
+ * already. Nothing is printed (but by METIS, on standard error, where it gets no memory), no exception leaves
+ * a call. A matrix that cannot be solved is not a failure but an answer: see `error_estimate` and
+ * `replaced_pivots`.
  *
  * **Bits.** The order of elimination depends on the pattern (and, as bla_solver_factorise says, on some of
  * the numbers) alone, not on what other handles or threads do; the stream of the C library's rand() goes on

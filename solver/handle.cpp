@@ -176,6 +176,8 @@ void bla_solver::factoriseWell(Factor& factor, Numbers& made) const
         if (second.better(first))
             return;
     } catch (const std::bad_alloc&) { // no memory to look into it
+        if (made.factor)              // the factor of before, if there is one, can still stay
+            throw;
     }
     if (made.shifted)
         run(asked, "factorising again");

@@ -60,7 +60,7 @@ struct bla_solver
                 std::int64_t ldx);
     void pivots(double* d) const;
     void schur(double* c, std::int64_t ldc) const;
-    double quantity(const std::string& name) const;
+    double quantity(const char* name) const;
 
     // Throw Failure where that is missing.
     void requireAnalysis() const;

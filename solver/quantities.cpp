@@ -3,6 +3,8 @@
 #include "failure.h"
 #include "handle.h"
 
+#include <cstring>
+
 namespace {
 
 struct Quantity
@@ -66,17 +68,17 @@ constexpr Quantity known[] = {
 
 } // namespace
 
-double bla_solver::quantity(const std::string& name) const
+double bla_solver::quantity(const char* name) const
 {
     if (const double* option = options.find(name))
         return *option;
-    std::string names;
-    for (const Quantity& quantity : known) {
-        if (name == quantity.name) {
+    for (const Quantity& quantity : known)
+        if (std::strcmp(name, quantity.name) == 0) {
             (this->*quantity.require)();
             return quantity.value(*this);
         }
+    std::string names;
+    for (const Quantity& quantity : known)
         names += (names.empty() ? "" : ", ") + std::string(quantity.name);
-    }
-    throw Failure(BLA_SOLVER_BAD_ARGUMENT, "there is no quantity '" + name + "' but " + names);
+    throw Failure(BLA_SOLVER_BAD_ARGUMENT, "there is no quantity '" + std::string(name) + "' but " + names);
 }
