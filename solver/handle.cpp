@@ -120,7 +120,7 @@ void bla_solver::factorise(const double* value)
     if (!serves(plan->demands, demands))
         other = std::make_unique<const Plan>(made->equilibrated.matrix, wishes, std::move(demands));
     const Plan& used = other ? *other : *plan;
-    const double bytes = used.bytes(rows->pattern());
+    const double bytes = this->bytes(used);
     if (options.memoryLimit > 0.0 && bytes > options.memoryLimit)
         throw Failure(BLA_SOLVER_OUT_OF_MEMORY, "a factorisation takes " + std::to_string(bytes) +
                                                     " bytes, memory_limit allows " +
@@ -145,6 +145,17 @@ void bla_solver::factorise(const double* value)
     answer.reset();
     if (other)
         plan = std::move(other);
+}
+
+double bla_solver::bytes(const Plan& used) const
+{
+    const double entries = static_cast<double>(rows->pattern().entries());
+    const double scaled = (sizeof(double) + sizeof(int)) * entries; // the equilibrated matrix
+    const double vectors =
+        3 * sizeof(double) + 2 * sizeof(int); // its pointers, factors and exchanges; replaced
+    const double trial = used.symmetric() ? 0.0 : 8 * sizeof(double); // solutions that try the factor
+    return rows->bytes() + used.bytes() + Factor::bytes(used.analysis, used.symmetric()) + scaled +
+           (vectors + trial) * n();
 }
 
 // Factorises with tiny pivots replaced or shifted as asked. Where that is left to us, and the factor does not

@@ -67,6 +67,8 @@ struct bla_solver
     void requireFactor() const;
     void requireAnswer() const;
 
+    // What the handle holds at most while it factorises, plan and factor included.
+    double bytes(const Plan& used) const;
     int n() const { return rows->pattern().n; }
 
     mutable Message message;

@@ -43,7 +43,7 @@ constexpr Quantity known[] = {
     {"largest_front", analysis, [](S s) { return static_cast<double>(s.plan->analysis.largestFront); }},
     {"factor_entries", analysis, [](S s) { return s.plan->factorEntries(); }},
     {"flops", analysis, [](S s) { return s.plan->flops(); }},
-    {"memory", analysis, [](S s) { return s.plan->bytes(s.rows->pattern()); }},
+    {"memory", analysis, [](S s) { return s.bytes(*s.plan); }},
     {"ordering_used", analysis, [](S s) { return static_cast<double>(orderingUsed(s.plan->analysis)); }},
     {"seconds_analyse", analysis, [](S s) { return s.secondsAnalyse; }},
     {"positive_pivots", factor, [](S s) { return static_cast<double>(s.numbers->factor->positive()); }},
