@@ -633,3 +633,53 @@ TEST(Interface, ShiftsAsAsked)
     EXPECT_LT(get(solver, "error_estimate"), 1e-12);
     EXPECT_GT(get(solver, "refinement_steps"), 0);
 }
+
+TEST(Interface, NoUnknownAndOneGoThroughEveryCall)
+{
+    for (int n : {0, 1})
+        for (int kind : kinds)
+            for (int kept : {0, n})
+                for (double value : {-2.5, 0.0}) {
+                    SCOPED_TRACE(std::to_string(n) + " " + std::to_string(kind) + " " + std::to_string(kept) +
+                                 " " + std::to_string(value));
+                    const Handle handle = create();
+                    bla_solver* const s = handle.get();
+                    const std::int64_t start[] = {0, 1};
+                    const std::int32_t zero = 0;
+                    Countdown countdown{1000, 0, {}, 0.0};
+                    double x = 5.0, y = 5.0, d = 0.0, c = 0.0;
+                    std::int32_t listed = -1;
+                    ASSERT_EQ(bla_solver_set_monitor(s, Countdown::monitor, &countdown), BLA_SOLVER_OK);
+                    ASSERT_EQ(bla_solver_set_order(s, n, &zero), BLA_SOLVER_OK);
+                    ASSERT_EQ(bla_solver_set_schur(s, kept, &zero), BLA_SOLVER_OK);
+                    ASSERT_EQ(bla_solver_analyse(s, kind, n, start, &zero), BLA_SOLVER_OK);
+                    ASSERT_EQ(bla_solver_factorise(s, &value), BLA_SOLVER_OK);
+                    ASSERT_EQ(bla_solver_solve(s, 1, 1, &x, 1), BLA_SOLVER_OK);
+                    ASSERT_EQ(bla_solver_refine(s, &value, 1, &y, 1, &x, 1), BLA_SOLVER_OK);
+                    EXPECT_EQ(bla_solver_pivots(s, &d),
+                              kind == BLA_SOLVER_GENERAL ? BLA_SOLVER_BAD_ARGUMENT : BLA_SOLVER_OK);
+                    EXPECT_EQ(bla_solver_replaced(s, &listed), BLA_SOLVER_OK);
+                    EXPECT_EQ(bla_solver_unheld(s, &listed), BLA_SOLVER_OK);
+                    EXPECT_EQ(bla_solver_schur(s, &c, 1), kept > 0 ? BLA_SOLVER_OK : BLA_SOLVER_NOT_READY);
+                    for (const char* quantity : {"n", "entries", "fronts", "largest_front", "factor_entries"})
+                        EXPECT_EQ(get(handle, quantity), n) << quantity;
+                    for (const char* quantity :
+                         {"flops",           "memory",          "ordering_used",    "seconds_analyse",
+                          "positive_pivots", "negative_pivots", "replaced_pivots",  "shifted_pivots",
+                          "unheld_motions",  "structural_rank", "threads_used",     "seconds_factorise",
+                          "seconds_solve",   "residual",        "backward_error",   "error_estimate",
+                          "condition",       "trusted",         "refinement_steps", "seconds_refine"})
+                        EXPECT_GE(get(handle, quantity), 0.0) << quantity;
+                    const bool regular = n == 0 || value != 0.0;
+                    EXPECT_EQ(get(handle, "trusted"), regular);
+                    EXPECT_EQ(std::string(bla_solver_verdict(s)).substr(0, 4), regular ? "solv" : "NOT ");
+                    EXPECT_EQ(get(handle, "structural_rank"), regular ? n : 0);
+                    EXPECT_EQ(get(handle, "negative_pivots"), n == 1 && regular);
+                    EXPECT_EQ(get(handle, "replaced_pivots"), !regular);
+                    EXPECT_EQ(x, n == 0 ? 5.0 : regular ? -2.0 : x);
+                    if (n == 1 && regular && kind != BLA_SOLVER_GENERAL)
+                        EXPECT_EQ(d, -2.5);
+                    if (kept > 0)
+                        EXPECT_EQ(c, value);
+                }
+}
