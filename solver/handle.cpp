@@ -112,8 +112,10 @@ void bla_solver::factorise(const double* value)
     made->threads = blaC_get_num_threads();
     {
         const SparseMatrix a = rows->matrix(value);
-        made->equilibrated =
-            a.symmetric ? equilibrateSymmetric(a) : equilibrateUnsymmetric(a, plan->demands.rowOf);
+        made->equilibrated = a.symmetric ? equilibrateSymmetric(a)
+                             : wishes.kept.empty()
+                                 ? equilibrateUnsymmetric(a, plan->demands.rowOf)
+                                 : equilibrateUnsymmetric(a, plan->demands.rowOf, wishes.kept);
     }
     Demands demands = numericDemands(made->equilibrated);
     std::unique_ptr<const Plan> other;

@@ -219,19 +219,7 @@ void failInEveryCall(const System& system, allocations::Failing failing)
     }
 }
 
-} // namespace
-
-class Memory : public testing::TestWithParam<allocations::Failing>
-{
-};
-
-INSTANTIATE_TEST_SUITE_P(Failing, Memory,
-                         testing::Values(allocations::Failing::once, allocations::Failing::fromThereOn),
-                         [](const auto& mode) {
-                             return mode.param == allocations::Failing::once ? "Once" : "FromThereOn";
-                         });
-
-TEST_P(Memory, AnyAllocationMayFail)
+void failInEverySystem(allocations::Failing failing)
 {
     if (!allocations::watched)
         GTEST_SKIP() << "the sanitizer has its own malloc";
@@ -266,7 +254,19 @@ TEST_P(Memory, AnyAllocationMayFail)
         {"condensed", BLA_SOLVER_GENERAL, held, {}, {7, 3, 30}, 2.0},
     };
     for (const System& system : systems)
-        failInEveryCall(system, GetParam());
+        failInEveryCall(system, failing);
+}
+
+} // namespace
+
+TEST(Memory, AnyAllocationMayFail)
+{
+    failInEverySystem(allocations::Failing::once);
+}
+
+TEST(Memory, NoneMayBeLeft)
+{
+    failInEverySystem(allocations::Failing::fromThereOn);
 }
 
 TEST(Create, SaysThatThereIsNoMemory)

@@ -683,3 +683,81 @@ TEST(Interface, NoUnknownAndOneGoThroughEveryCall)
                         EXPECT_EQ(c, value);
                 }
 }
+
+namespace {
+
+// What stays of A(k,k) - A(k,e)*A(e,e)^-1*A(e,k), with exchanges of rows among e; by rows.
+std::vector<double> condensed(const Matrix& a, const std::vector<std::int32_t>& kept)
+{
+    std::vector<int> place; // e, then k
+    for (int i = 0; i < a.n; ++i)
+        if (std::find(kept.begin(), kept.end(), i) == kept.end())
+            place.push_back(i);
+    const int eliminated = static_cast<int>(place.size()), n = a.n;
+    place.insert(place.end(), kept.begin(), kept.end());
+    std::vector<std::vector<double>> m(n, std::vector<double>(n));
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j < n; ++j)
+            m[i][j] = a(place[i], place[j]);
+    for (int k = 0; k < eliminated; ++k) {
+        const auto largest =
+            std::max_element(m.begin() + k, m.begin() + eliminated,
+                             [&](const auto& x, const auto& y) { return std::fabs(x[k]) < std::fabs(y[k]); });
+        std::swap(m[k], *largest);
+        for (int i = k + 1; i < n; ++i)
+            for (int j = n - 1; j >= k; --j)
+                m[i][j] -= m[i][k] / m[k][k] * m[k][j];
+    }
+    std::vector<double> s;
+    for (int i = eliminated; i < n; ++i)
+        s.insert(s.end(), m[i].begin() + eliminated, m[i].end());
+    return s;
+}
+
+} // namespace
+
+TEST(Interface, KeptRowsAreNotExchanged)
+{
+    // Large entries stand beside the diagonal, the largest ones between what is kept and what is not.
+    const int n = 14;
+    const std::vector<std::int32_t> kept{11, 2, 6};
+    for (unsigned seed : {1u, 2u, 3u}) {
+        std::mt19937 random(seed);
+        std::uniform_real_distribution<double> entry(-1.0, 1.0);
+        std::vector<double> dense(n * n);
+        for (double& v : dense)
+            v = 0.01 * entry(random);
+        for (int i = 0; i < n; ++i)
+            dense[i * n + (i + 3) % n] = 10.0 + entry(random);
+        for (int k : kept)
+            dense[k * n + (k + 1) % n] = dense[(k + 1) % n * n + k] = 1e5;
+        const Matrix a(n, dense);
+        Matrix plain = a; // the numbers that came before ask for other exchanges
+        for (int i = 0; i < n; ++i)
+            plain.value[i * n + i] += 1e3;
+        const std::vector<double> expected = condensed(a, kept);
+        for (bool before : {false, true}) {
+            const Handle solver = create();
+            ASSERT_EQ(bla_solver_set_schur(solver.get(), 3, kept.data()), BLA_SOLVER_OK);
+            ASSERT_EQ(analyse(solver, BLA_SOLVER_GENERAL, a), BLA_SOLVER_OK);
+            if (before)
+                ASSERT_EQ(bla_solver_factorise(solver.get(), plain.value.data()), BLA_SOLVER_OK);
+            ASSERT_EQ(bla_solver_factorise(solver.get(), a.value.data()), BLA_SOLVER_OK);
+            EXPECT_EQ(get(solver, "replaced_pivots"), 0);
+            double c[9], largest = 0.0;
+            ASSERT_EQ(bla_solver_schur(solver.get(), c, 3), BLA_SOLVER_OK);
+            for (double v : expected)
+                largest = std::max(largest, std::fabs(v));
+            for (int i = 0; i < 3; ++i)
+                for (int j = 0; j < 3; ++j)
+                    EXPECT_NEAR(c[i + 3 * j], expected[3 * i + j], 1e-9 * largest) << seed << before;
+            const std::vector<double> x = ramp(n), b = a.times(x);
+            std::vector<double> y = solved(solver, b);
+            ASSERT_EQ(bla_solver_refine(solver.get(), a.value.data(), 1, b.data(), n, y.data(), n),
+                      BLA_SOLVER_OK);
+            EXPECT_LT(difference(y, x), 1e-9);
+            EXPECT_EQ(get(solver, "structural_rank"), n);
+            EXPECT_EQ(get(solver, "trusted"), 1);
+        }
+    }
+}
