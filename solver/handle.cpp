@@ -213,7 +213,7 @@ void bla_solver::solve(bool transposed, int columns, double* b, std::int64_t ldb
 {
     Stopwatch watch;
     const BlasThreads threads(options.threads);
-    for (int j = 0; j < columns; j += blockColumns) {
+    for (int j = 0; j < columns && n() > 0; j += blockColumns) { // of nothing, b may be missing
         report("solving", static_cast<double>(j) / columns);
         Vectors x = copied(b + ldb * j, ldb, n(), std::min(blockColumns, columns - j));
         apply(x, transposed);
