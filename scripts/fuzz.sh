@@ -13,7 +13,8 @@ cd "$(dirname "$0")/.."
 install_packages build test long
 
 seconds=${1:-600} targets=${2:-kernels matrix_market solver} directory=build/fuzz
-BLA_TARGETS="libfuzzer_kernels libfuzzer_matrix_market libfuzzer_solver" build "$directory" -DCMAKE_BUILD_TYPE=Debug \
+# shellcheck disable=SC2086
+BLA_TARGETS=$(printf 'libfuzzer_%s ' $targets) build "$directory" -DCMAKE_BUILD_TYPE=Debug \
     -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ \
     -DCMAKE_CXX_FLAGS="-O1 -g1 -fsanitize=address,undefined,fuzzer-no-link -fno-sanitize-recover=all" \
     -DBLA_BUILD_PROGRAMS=ON -DBLA_BUILD_EXAMPLES=OFF -DBLA_BUILD_TESTS=ON -DBLA_FUZZERS=ON

@@ -37,19 +37,22 @@ leg() {
     echo "$name: $(grep 'tests passed' "$directory/tests.log")"
 }
 
-fuzz="fuzz_kernels fuzz_matrix_market fuzz_solver fuzz_wrong_kernel"
+fuzz="fuzz_kernels fuzz_matrix_market fuzz_wrong_kernel"
 
 address() {
     leg address "-fsanitize=address,undefined -fno-sanitize-recover=all" \
-        "sanitizer_probe frame_tests call_tests $fuzz elimination_call_tests solver_interface_tests
+        "sanitizer_probe frame_tests call_tests $fuzz elimination_call_tests fuzz_solver solver_interface_tests
         ${short:-solver_tests bla_solve bla_info kernel_tests property_tests stress_tests facade_forwarding facade_registers facade_hidden
             facade_blas_hidden facade_lapack_hidden facade_daxpby facade_edges facade_numbers}" \
         "^(sanitizer|frame|calls|fuzz|solver[.]interface$([ "$short" ] || echo '|solver[.]rooms|solve|kernels|properties|stress|facade[.].*'))[.]"
 }
 
 clang() {
-    leg clang "-fsanitize=undefined -fno-sanitize-recover=all" "sanitizer_probe $fuzz ${short:-kernel_tests}" \
-        "^(sanitizer|fuzz$([ "$short" ] || echo '|kernels'))[.]" -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++
+    local tests='^(sanitizer|fuzz|kernels|solver[.]interface)[.]'
+    [ -z "$short" ] || tests='^(sanitizer|fuzz[.](kernels|matrix_market|finds_a_wrong_kernel))'
+    leg clang "-fsanitize=undefined -fno-sanitize-recover=all" \
+        "sanitizer_probe $fuzz ${short:-kernel_tests fuzz_solver solver_interface_tests}" "$tests" \
+        -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++
 }
 
 # The BLAS is not instrumented: what its own threads do to one another cannot be judged. See tests/sanitizers.
@@ -62,7 +65,7 @@ thread() {
 # Debian's valgrind does not know the AVX-512 instructions that OpenBLAS would choose.
 valgrind() {
     local directory=build/sanitizers/valgrind
-    BLA_TARGETS="sanitizer_probe frame_tests fuzz_kernels fuzz_solver" build $directory -DCMAKE_BUILD_TYPE=Debug \
+    BLA_TARGETS="sanitizer_probe frame_tests fuzz_kernels ${short:-fuzz_solver}" build $directory -DCMAKE_BUILD_TYPE=Debug \
         -DBLA_BUILD_EXAMPLES=OFF -DBLA_BUILD_TESTS=ON -DCMAKE_CXX_FLAGS="-O1 -g1"
     local memcheck=(env OPENBLAS_CORETYPE=Haswell OPENBLAS_NUM_THREADS=1 valgrind --quiet --error-exitcode=99
         --leak-check=full --errors-for-leak-kinds=definite)
@@ -74,7 +77,7 @@ valgrind() {
     fi
     "${memcheck[@]}" $directory/bin/frame_tests >$directory/frame.log 2>&1 || { cat $directory/frame.log && return 1; }
     "${memcheck[@]}" $directory/bin/fuzz_kernels --runs "$([ "$short" ] && echo 50 || echo 1000)" tests/fuzz/corpus/kernels
-    "${memcheck[@]}" $directory/bin/fuzz_solver --runs "$([ "$short" ] && echo 20 || echo 1000)" tests/fuzz/corpus/solver
+    [ "$short" ] || "${memcheck[@]}" $directory/bin/fuzz_solver --runs 300 tests/fuzz/corpus/solver
     echo "valgrind: no error"
 }
 

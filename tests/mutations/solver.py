@@ -123,7 +123,7 @@ MUTATIONS = [
     # order and tree
     ("an unknown without a diagonal entry keeps its place", SOLVER + "analysis.cpp",
      "key[v] = std::max(key[v], place[graph.neighbour[p]]);", ";", ROOMS),
-    ("a leaf is one too many", SOLVER + "tree.cpp", "if (last >= low_[j])", "if (last > low_[j])", ROOMS),
+    ("a row counts twice where its paths meet", SOLVER + "tree.cpp", "count_[meeting(last)] -= weight;", "meeting(last);", ROOMS),
     ("vertices join without nested columns", SOLVER + "supernodes.cpp",
      "e.count[j - 1] == e.count[j] + graph.weight(e.order[j - 1]);", "true;", ROOMS),
     ("the host's stream of rand() is not put back", SOLVER + "process_state.h", "setstate(host_);", "", ROOMS),
@@ -134,7 +134,7 @@ MUTATIONS = [
     ("a value that is not finite is taken", SOLVER + "rows.cpp", "finite += sum * 0.0;", "", FUZZ),
     # the interface
     ("a row that is kept is exchanged", SOLVER + "handle.cpp", ": wishes.kept.empty()\n", ": true\n", INTERFACE),
-    ("a kept column keeps its size", SOLVER + "scaling_kept.cpp", "e.column[k] = factorFor(largest[k]);", ";", INTERFACE),
+    ("a kept column keeps its size", SOLVER + "scaling_kept.cpp", "factorFor(largest[k]);", "factorFor(0.0 * largest[k]);", INTERFACE),
     ("a Schur complement is given by rows", SOLVER + "handle.cpp", "c[i + ldc * j] =", "c[j + ldc * i] =", INTERFACE),
     ("pivots are half scaled", SOLVER + "handle.cpp", "made[k] / scale[unknown] / scale[unknown]", "made[k] / scale[unknown]",
      INTERFACE),

@@ -721,8 +721,8 @@ TEST(Interface, KeptRowsAreNotExchanged)
     // Large entries stand beside the diagonal, the largest ones between what is kept and what is not.
     const int n = 14;
     const std::vector<std::int32_t> kept{11, 2, 6};
-    for (unsigned seed : {1u, 2u, 3u}) {
-        std::mt19937 random(seed);
+    for (double size : {1.0, 1e-25}) { // of the kept columns
+        std::mt19937 random(3);
         std::uniform_real_distribution<double> entry(-1.0, 1.0);
         std::vector<double> dense(n * n);
         for (double& v : dense)
@@ -731,6 +731,9 @@ TEST(Interface, KeptRowsAreNotExchanged)
             dense[i * n + (i + 3) % n] = 10.0 + entry(random);
         for (int k : kept)
             dense[k * n + (k + 1) % n] = dense[(k + 1) % n * n + k] = 1e5;
+        for (int i = 0; i < n; ++i)
+            for (int k : kept)
+                dense[i * n + k] *= size;
         const Matrix a(n, dense);
         Matrix plain = a; // the numbers that came before ask for other exchanges
         for (int i = 0; i < n; ++i)
@@ -750,13 +753,15 @@ TEST(Interface, KeptRowsAreNotExchanged)
                 largest = std::max(largest, std::fabs(v));
             for (int i = 0; i < 3; ++i)
                 for (int j = 0; j < 3; ++j)
-                    EXPECT_NEAR(c[i + 3 * j], expected[3 * i + j], 1e-9 * largest) << seed << before;
+                    EXPECT_NEAR(c[i + 3 * j], expected[3 * i + j], 1e-9 * largest) << size << before;
+            EXPECT_EQ(get(solver, "structural_rank"), n);
+            if (size != 1.0) // the solution has no digit there
+                continue;
             const std::vector<double> x = ramp(n), b = a.times(x);
             std::vector<double> y = solved(solver, b);
             ASSERT_EQ(bla_solver_refine(solver.get(), a.value.data(), 1, b.data(), n, y.data(), n),
                       BLA_SOLVER_OK);
             EXPECT_LT(difference(y, x), 1e-9);
-            EXPECT_EQ(get(solver, "structural_rank"), n);
             EXPECT_EQ(get(solver, "trusted"), 1);
         }
     }
