@@ -29,7 +29,7 @@ double Factor::bytes(const Analysis& analysis, bool symmetric)
     return workspace(analysis.panelEntries) + workspace(symmetric ? 0 : analysis.rightEntries) +
            workspace(analysis.stack[0]) + workspace(analysis.stack[1]) + sizeof(double) * kept * kept +
            (3 * sizeof(double) + sizeof(int) + sizeof(TreatedPivot)) * static_cast<double>(analysis.n) +
-           2 * sizeof(double) * analysis.largestFront +
+           2 * sizeof(double) * static_cast<double>(analysis.largestFront) +
            2 * sizeof(int) * static_cast<double>(analysis.fronts.size());
 }
 
