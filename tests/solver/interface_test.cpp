@@ -2,6 +2,8 @@
 // The C interface as a caller meets it: what is accepted, refused, kept and given back.
 #include "TOVBlaSolver.h"
 
+#include <TOVBlaModule.h>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -765,4 +767,23 @@ TEST(Interface, KeptRowsAreNotExchanged)
             EXPECT_EQ(get(solver, "trusted"), 1);
         }
     }
+}
+
+TEST(Interface, TheNumberOfBlasThreadsIsPutBack)
+{
+    const Matrix a = randomMatrix(20, false, Sign::indefinite, 17);
+    std::vector<double> b = ramp(20), x = b;
+    const Handle solver = create();
+    const int before = blaC_get_num_threads();
+    ASSERT_EQ(bla_solver_set(solver.get(), "threads", before == 1 ? 2 : 1), BLA_SOLVER_OK);
+    ASSERT_EQ(analyse(solver, BLA_SOLVER_GENERAL, a), BLA_SOLVER_OK);
+    ASSERT_EQ(bla_solver_factorise(solver.get(), a.value.data()), BLA_SOLVER_OK);
+    EXPECT_EQ(blaC_get_num_threads(), before);
+    ASSERT_EQ(bla_solver_solve(solver.get(), 0, 1, x.data(), 20), BLA_SOLVER_OK);
+    EXPECT_EQ(blaC_get_num_threads(), before);
+    ASSERT_EQ(bla_solver_refine(solver.get(), a.value.data(), 1, b.data(), 20, x.data(), 20), BLA_SOLVER_OK);
+    EXPECT_EQ(blaC_get_num_threads(), before);
+    ASSERT_EQ(bla_solver_set(solver.get(), "memory_limit", 1), BLA_SOLVER_OK);
+    ASSERT_EQ(bla_solver_factorise(solver.get(), a.value.data()), BLA_SOLVER_OUT_OF_MEMORY);
+    EXPECT_EQ(blaC_get_num_threads(), before);
 }
