@@ -117,8 +117,6 @@ MUTATIONS = [
      "settled_", ROOMS),
     ("the first column's largest entry is forgotten", SOLVER + "matching.cpp", "v_[j] - largest_[j]", "v_[j]", ROOMS),
     # the sparse matrix
-    ("the second entry at a place replaces the first", SOLVER + "sparse_matrix.cpp", "a.value.back() += t.value;",
-     "a.value.back() = t.value;", ROOMS),
     ("the norm has no magnitudes", SOLVER + "sparse_matrix.cpp", "sum += std::fabs(a.value[p]);", "sum += a.value[p];", ROOMS),
     # order and tree
     ("an unknown without a diagonal entry keeps its place", SOLVER + "analysis.cpp",
@@ -158,5 +156,4 @@ MUTATIONS = [
     ("AMD's want of memory is another fault", SOLVER + "order_amd.cpp", "status == AMD_OUT_OF_MEMORY", "false", MEMORY),
     # the answer
     ("directions of GMRES are not orthogonal", SOLVER + "krylov.cpp", "add(-h[k], v[k], r);", "", ROOMS),
-    ("matrices of one pattern are equal", SOLVER + "sparse_matrix.cpp", " && a.value == b.value", "", ROOMS),
 ]
