@@ -7,59 +7,18 @@
 #include "matrix_market.h"
 #include "options.h"
 #include "output_file.h"
+#include "problem.h"
 #include "report.h"
 #include "standard_output.h"
 #include "stopwatch.h"
-#include "unknowns.h"
 
 #include <cmath>
 #include <cstdio>
 #include <exception>
 #include <new>
-#include <random>
 #include <unistd.h>
 
 namespace {
-
-struct Problem
-{
-    Matrix a;
-    Block b;
-    Block exact;           // empty where the solution is not known
-    std::vector<int> kept; // not empty: condensation to these instead of a solution
-};
-
-// x known, b = A*x
-void chooseSolution(Problem& problem, const Options& options)
-{
-    Block x(problem.a.n, options.columns);
-    std::mt19937_64 random(1);
-    for (int j = 0; j < x.columns; ++j)
-        for (int i = 0; i < x.n; ++i)
-            x.column(j)[i] = options.rhs == "ones" && j == 0
-                                 ? 1.0
-                                 : std::ldexp(static_cast<double>(random() >> 11), -52) - 1.0;
-    problem.b = product(problem.a, x);
-    problem.exact = std::move(x);
-}
-
-Problem readProblem(const Options& options)
-{
-    Problem problem;
-    problem.a = options.matrix.empty() ? beamStiffness(options.beam) : readMatrix(options.matrix);
-    if (options.method == Method::symmetric && !problem.a.symmetric)
-        throw InputError(options.matrix +
-                         ": the matrix is not symmetric, and --method ldlt asks for a symmetric one");
-    if (!options.condense.empty())
-        problem.kept = readUnknowns(options.condense, problem.a.n);
-    else if (options.matrix.empty())
-        problem.b = beamLoad(options.beam);
-    else if (options.rhsFile().empty())
-        chooseSolution(problem, options);
-    else
-        problem.b = readVectors(options.rhsFile(), problem.a.n);
-    return problem;
-}
 
 void keepInput(const std::string& input, const std::string& output)
 {
@@ -80,20 +39,6 @@ void checkOutputs(const Options& options)
     }
     if (options.matrix.empty() && !options.solution.empty() && samePlace(options.solution, options.vtk))
         throw InputError("--solution and --vtk name the same file: " + options.vtk);
-}
-
-double relativeError(const Block& x, const Block& exact)
-{
-    double worst = 0.0;
-    for (int j = 0; j < x.columns; ++j) {
-        double difference = 0.0, norm = 0.0;
-        for (int i = 0; i < x.n; ++i) {
-            difference = std::fmax(difference, std::fabs(x.column(j)[i] - exact.column(j)[i]));
-            norm = std::fmax(norm, std::fabs(exact.column(j)[i]));
-        }
-        worst = std::fmax(worst, difference / norm);
-    }
-    return worst;
 }
 
 // One line that is written over while the work goes on, and gone at its end.
@@ -249,11 +194,10 @@ void reportAnswer(Report& report, const Library& library, const Problem& problem
     report.add("verdict", "verdict", library.verdict());
 }
 
-void reportCondensation(Report& report, const Options& options, const Condensed& condensed)
+void reportCondensation(Report& report, const Condensed& condensed)
 {
     report.heading("Condensed matrix");
     report.add("kept_unknowns", "kept unknowns", std::int64_t{condensed.matrix.n});
-    report.add("condensed_file", "written to", options.condensed);
     report.add("condensed_residual", "relative residual", condensed.residual);
     report.add("trusted", "", condensed.trusted);
     report.add("verdict", "verdict", condensed.verdict);
@@ -307,9 +251,12 @@ int run(const Options& options)
 
     bool good = true;
     if (condensing) {
-        reportCondensation(report, options, condensed);
+        reportCondensation(report, condensed);
         const auto write = symmetric ? writeSymmetric : writeVectors;
-        good = written([&] { write(options.condensed, condensed.matrix); }) && condensed.trusted;
+        good = written([&] { write(options.condensed, condensed.matrix); });
+        if (good)
+            report.add("condensed_file", "written to", options.condensed);
+        good &= condensed.trusted;
     } else {
         if (options.matrix.empty())
             good = reportBeam(report, options.beam, x, options.vtk);

@@ -52,7 +52,7 @@ A matrix is real, general, symmetric or skew-symmetric, coordinate or array; exp
 never takes the place of an input file; devices, pipes and /dev/stdout are written straight.
 
 exit status
-  0  solved
+  0  solved, or condensed
   1  a report was printed, but the answer is not to be trusted (the verdict says why), or something could not be
      written: one line on stderr for each
   2  bad input: one line on stderr, nothing written

@@ -45,7 +45,7 @@ class Condense(runner.Case):
         unknowns = self.write("kept.txt", "\n".join(str(k + 1) for k in kept))
         arguments = [matrix] if matrix else []
         report = self.report(*arguments, "--condense", unknowns, "--condensed", "c.mtx", *options, **keywords)
-        self.assertEqual(report["kept_unknowns"], len(kept))
+        self.assertEqual((report["kept_unknowns"], report["condensed_file"]), (len(kept), "c.mtx"))
         return report, *read_array(self.path("c.mtx"))
 
     def assert_near(self, c, expected, tolerance):
@@ -218,6 +218,7 @@ class Refusals(runner.Case):
         self.assertEqual(done.returncode, 1)
         self.assertIn("/dev/full: not written: No space left", done.stderr)
         self.assertIn('"trusted": true', done.stdout)
+        self.assertNotIn("condensed_file", done.stdout)
 
 
 if __name__ == "__main__":
