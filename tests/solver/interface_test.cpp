@@ -787,3 +787,23 @@ TEST(Interface, TheNumberOfBlasThreadsIsPutBack)
     ASSERT_EQ(bla_solver_factorise(solver.get(), a.value.data()), BLA_SOLVER_OUT_OF_MEMORY);
     EXPECT_EQ(blaC_get_num_threads(), before);
 }
+
+TEST(Interface, AnswersForOtherValuesAreBoundedOrNotTrusted)
+{
+    // A factor of something else altogether, by which nothing is found.
+    const Matrix factorised(2, {0x1.4p93, 0x1p51, 0x1.4p55, 0.0}), asked(2, {1, -3, 1, 0});
+    const double exact[] = {-1, -5.0 / 3};
+    for (double refinements : {0.0, 1.0, 10.0}) {
+        const Handle solver = create();
+        const std::int64_t start[] = {0, 2, 4};
+        const std::int32_t column[] = {0, 1, 0, 1};
+        ASSERT_EQ(bla_solver_set(solver.get(), "refinements", refinements), BLA_SOLVER_OK);
+        ASSERT_EQ(bla_solver_analyse(solver.get(), BLA_SOLVER_GENERAL, 2, start, column), BLA_SOLVER_OK);
+        ASSERT_EQ(bla_solver_factorise(solver.get(), factorised.dense.data()), BLA_SOLVER_OK);
+        double b[] = {4, -1}, x[] = {4, -1};
+        ASSERT_EQ(bla_solver_refine(solver.get(), asked.dense.data(), 1, b, 2, x, 2), BLA_SOLVER_OK);
+        const double error = std::max(std::fabs(x[0] - exact[0]), std::fabs(x[1] - exact[1])) / (5.0 / 3);
+        EXPECT_LE(error, get(solver, "error_estimate"))
+            << refinements << " " << get(solver, "backward_error");
+    }
+}
