@@ -123,7 +123,7 @@ TEST(Large, ADenseFactorIsCounted)
 // Plane by plane a grid has a band of the width of a plane.
 TEST(Large, AGridInItsOwnOrder)
 {
-    const int nx = 2200, ny = 32, nz = 32;
+    const int nx = 140, ny = 64, nz = 64;
     const Lower a = grid(nx, ny, nz);
     std::vector<std::int32_t> order(a.n);
     std::iota(order.begin(), order.end(), 0);
