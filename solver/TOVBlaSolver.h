@@ -27,8 +27,10 @@
  *
  * **Failures.** Every function but bla_solver_destroy and bla_solver_message returns a status, 0 for success;
  * bla_solver_message then has a sentence on it. A failure leaves the handle in the state before the call:
- * what was analysed and factorised may still be used. Nothing is printed, no exception leaves a call. A
- * matrix that cannot be solved is not a failure but an answer: see `error_estimate` and `replaced_pivots`.
+ * what was analysed and factorised may still be used; of a block of vectors some may have been worked on
+ * already. Nothing is printed (but by METIS, on standard error, where it gets no memory), no exception leaves
+ * a call. A matrix that cannot be solved is not a failure but an answer: see `error_estimate` and
+ * `replaced_pivots`.
  *
  * **Bits.** The order of elimination depends on the pattern (and, as bla_solver_factorise says, on some of
  * the numbers) alone, not on what other handles or threads do; the stream of the C library's rand() goes on
@@ -117,7 +119,8 @@ int bla_solver_set(bla_solver* solver, const char* option, double value);
  *
  * After bla_solver_analyse: `n`; `entries` of A, both triangles, duplicates counted once; `fronts`;
  * `largest_front` (its order); `factor_entries` (L and D, or L, D and U); `flops` of a factorisation,
- * products and sums counted each; `memory` (bytes that factorise will need at most at once, factor included);
+ * products and sums counted each; `memory` (bytes that the handle has at most while it factorises, factor
+ * included; what it takes to look into a singular matrix, or to analyse again, comes on top);
  * `ordering_used` (1, 2 or 3, as for the option); `seconds_analyse`.
  *
  * After bla_solver_factorise: `positive_pivots` and `negative_pivots` (used as they came: with no others, the
@@ -178,7 +181,8 @@ int bla_solver_analyse(bla_solver* solver, int kind, int32_t n, const int64_t* s
  * ones keep that analysis as long as it serves their values.
  *
  * A factor that exists is overwritten; while a monitor is set, which may cancel, it is kept until the new one
- * is complete (twice the memory).
+ * is complete (twice the memory). Once it is overwritten nothing can fail any more: where memory is missing
+ * to look for a better one, the factor that `tolerance` and `shift` make stands.
  * @param solver the handle
  * @param value [start[n]] values in the sequence of the entries given to bla_solver_analyse
  */

@@ -2,6 +2,7 @@
 #include "analysis.h"
 
 #include "order.h"
+#include "storage.h"
 #include "supernodes.h"
 
 #include <algorithm>
@@ -185,6 +186,11 @@ double Front::flops() const
     for (double m = rest(); m < order; ++m)
         sum += m * (m + 2);
     return sum;
+}
+
+double Analysis::bytes() const
+{
+    return storageOf(permutation) + storageOf(inverse) + storageOf(fronts) + storageOf(rows);
 }
 
 Analysis analyse(const Pattern& pattern, const std::vector<char>& late, const AnalysisOptions& options)

@@ -43,6 +43,7 @@ struct Analysis
     double flops = 0.0;                              // of the symmetric factorisation
     std::int64_t stack[2] = {0, 0};                  // contributions alive at once, by parity of depth
 
+    double bytes() const;
     const int* rowsOf(const Front& f) const { return rows.data() + f.rows; }
 };
 

@@ -2,6 +2,7 @@
 #include "assembly.h"
 
 #include "dense.h"
+#include "storage.h"
 
 #include <algorithm>
 
@@ -219,9 +220,9 @@ void Assembly::addContribution(int child, Part part, const FrontStorage& parent,
 
 double Assembly::bytes() const
 {
-    const auto of = [](const auto& v) { return static_cast<double>(v.size() * sizeof v[0]); };
-    double sum = of(diagonal_) + of(rows_) + of(position_) + of(split_) + of(segments_);
+    double sum = storageOf(diagonal_) + storageOf(rows_) + storageOf(position_) + storageOf(split_) +
+                 storageOf(segments_);
     for (Place where : {inPanel, inRight})
-        sum += of(firstEntry_[where]) + of(source_[where]) + of(target_[where]);
+        sum += storageOf(firstEntry_[where]) + storageOf(source_[where]) + storageOf(target_[where]);
     return sum;
 }

@@ -176,7 +176,8 @@ ErrorBound boundError(const SparseMatrix& a, const Vectors& b, const Vectors& x,
     const Inverse inverse{solution(a, m.solve), solution(a.symmetric ? a : at, m.solveTransposed)};
     bound.cond1 = weightedInverseNorm(weight, scales.first, inverse);
     bound.cond2 = weightedInverseNorm(weight, scales.second, inverse);
-    if (!(rough * (bound.cond1 + bound.cond2) <= certain))
+    // The conditions add up to 1 at least: an estimate below comes from solutions that are none.
+    if (!(rough * std::max(bound.cond1 + bound.cond2, 1.0) <= certain))
         bound.cond1 = bound.cond2 = HUGE_VAL;
     return bound;
 }

@@ -25,10 +25,11 @@ Factor::Factor(const Analysis& analysis, const Assembly& assembly)
 double Factor::bytes(const Analysis& analysis, bool symmetric)
 {
     const double kept = analysis.kept < 0 ? 0.0 : analysis.fronts[analysis.kept].order;
-    return 8.0 * (static_cast<double>(analysis.panelEntries) +
-                  (symmetric ? 0.0 : static_cast<double>(analysis.rightEntries)) +
-                  static_cast<double>(analysis.stack[0] + analysis.stack[1]) + kept * kept) +
+    const auto workspace = [](std::int64_t count) { return static_cast<double>(Workspace::bytes(count)); };
+    return workspace(analysis.panelEntries) + workspace(symmetric ? 0 : analysis.rightEntries) +
+           workspace(analysis.stack[0]) + workspace(analysis.stack[1]) + sizeof(double) * kept * kept +
            (3 * sizeof(double) + sizeof(int) + sizeof(TreatedPivot)) * static_cast<double>(analysis.n) +
+           2 * sizeof(double) * static_cast<double>(analysis.largestFront) +
            2 * sizeof(int) * static_cast<double>(analysis.fronts.size());
 }
 

@@ -112,15 +112,17 @@ void bla_solver::factorise(const double* value)
     made->threads = blaC_get_num_threads();
     {
         const SparseMatrix a = rows->matrix(value);
-        made->equilibrated =
-            a.symmetric ? equilibrateSymmetric(a) : equilibrateUnsymmetric(a, plan->demands.rowOf);
+        made->equilibrated = a.symmetric ? equilibrateSymmetric(a)
+                             : wishes.kept.empty()
+                                 ? equilibrateUnsymmetric(a, plan->demands.rowOf)
+                                 : equilibrateUnsymmetric(a, plan->demands.rowOf, wishes.kept);
     }
     Demands demands = numericDemands(made->equilibrated);
     std::unique_ptr<const Plan> other;
     if (!serves(plan->demands, demands))
         other = std::make_unique<const Plan>(made->equilibrated.matrix, wishes, std::move(demands));
     const Plan& used = other ? *other : *plan;
-    const double bytes = used.bytes(rows->pattern());
+    const double bytes = this->bytes(used);
     if (options.memoryLimit > 0.0 && bytes > options.memoryLimit)
         throw Failure(BLA_SOLVER_OUT_OF_MEMORY, "a factorisation takes " + std::to_string(bytes) +
                                                     " bytes, memory_limit allows " +
@@ -145,6 +147,17 @@ void bla_solver::factorise(const double* value)
     answer.reset();
     if (other)
         plan = std::move(other);
+}
+
+double bla_solver::bytes(const Plan& used) const
+{
+    const double entries = static_cast<double>(rows->pattern().entries());
+    const double scaled = (sizeof(double) + sizeof(int)) * entries; // the equilibrated matrix
+    const double vectors =
+        3 * sizeof(double) + 2 * sizeof(int); // its pointers, factors and exchanges; replaced
+    const double trial = used.symmetric() ? 0.0 : 8 * sizeof(double); // solutions that try the factor
+    return rows->bytes() + used.bytes() + Factor::bytes(used.analysis, used.symmetric()) + scaled +
+           (vectors + trial) * n();
 }
 
 // Factorises with tiny pivots replaced or shifted as asked. Where that is left to us, and the factor does not
@@ -176,6 +189,8 @@ void bla_solver::factoriseWell(Factor& factor, Numbers& made) const
         if (second.better(first))
             return;
     } catch (const std::bad_alloc&) { // no memory to look into it
+        if (made.factor)              // the factor of before, if there is one, can still stay
+            throw;
     }
     if (made.shifted)
         run(asked, "factorising again");
@@ -198,7 +213,7 @@ void bla_solver::solve(bool transposed, int columns, double* b, std::int64_t ldb
 {
     Stopwatch watch;
     const BlasThreads threads(options.threads);
-    for (int j = 0; j < columns; j += blockColumns) {
+    for (int j = 0; j < columns && n() > 0; j += blockColumns) { // of nothing, b may be missing
         report("solving", static_cast<double>(j) / columns);
         Vectors x = copied(b + ldb * j, ldb, n(), std::min(blockColumns, columns - j));
         apply(x, transposed);

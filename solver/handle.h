@@ -60,13 +60,15 @@ struct bla_solver
                 std::int64_t ldx);
     void pivots(double* d) const;
     void schur(double* c, std::int64_t ldc) const;
-    double quantity(const std::string& name) const;
+    double quantity(const char* name) const;
 
     // Throw Failure where that is missing.
     void requireAnalysis() const;
     void requireFactor() const;
     void requireAnswer() const;
 
+    // What the handle holds at most while it factorises, plan and factor included.
+    double bytes(const Plan& used) const;
     int n() const { return rows->pattern().n; }
 
     mutable Message message;

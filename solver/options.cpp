@@ -4,6 +4,7 @@
 #include "failure.h"
 
 #include <cmath>
+#include <string>
 
 namespace {
 
@@ -35,20 +36,20 @@ std::string names()
 
 } // namespace
 
-void Options::set(const std::string& name, double value)
+void Options::set(std::string_view name, double value)
 {
     for (const Option& option : known)
         if (name == option.name) {
             if (!(value >= 0.0 && value <= option.most) || (option.whole && value != std::floor(value)))
                 throw Failure(BLA_SOLVER_BAD_ARGUMENT,
-                              name + " = " + std::to_string(value) + " is not a sensible value");
+                              std::string(name) + " = " + std::to_string(value) + " is not a sensible value");
             this->*option.place = value;
             return;
         }
-    throw Failure(BLA_SOLVER_BAD_ARGUMENT, "there is no option '" + name + "' but " + names());
+    throw Failure(BLA_SOLVER_BAD_ARGUMENT, "there is no option '" + std::string(name) + "' but " + names());
 }
 
-const double* Options::find(const std::string& name) const
+const double* Options::find(std::string_view name) const
 {
     for (const Option& option : known)
         if (name == option.name)

@@ -2,7 +2,7 @@
 // The options of a handle, by name.
 #pragma once
 
-#include <string>
+#include <string_view>
 
 struct Options
 {
@@ -10,7 +10,7 @@ struct Options
     double panelWidth = 0.0, ordering = 0.0, memoryLimit = 0.0;
 
     // Throws Failure for an unknown name, with those there are, and for a value that makes no sense.
-    void set(const std::string& name, double value);
+    void set(std::string_view name, double value);
     // Null where there is no such option.
-    const double* find(const std::string& name) const;
+    const double* find(std::string_view name) const;
 };

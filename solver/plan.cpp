@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "plan.h"
 
-#include "factor.h"
+#include "storage.h"
 
 #include <numeric>
 
@@ -43,12 +43,9 @@ double Plan::flops() const
     return symmetric() ? analysis.flops : 2.0 * analysis.flops;
 }
 
-double Plan::bytes(const SparseMatrix& pattern) const
+double Plan::bytes() const
 {
-    const double entry = 2.0 * (sizeof(double) + sizeof(int)) + sizeof(std::int64_t); // as given, and scaled
-    return Factor::bytes(analysis, symmetric()) + assembly->bytes() +
-           entry * static_cast<double>(pattern.entries()) +
-           4.0 * sizeof(double) * static_cast<double>(pattern.n);
+    return storageOf(demands.late) + storageOf(demands.rowOf) + analysis.bytes() + assembly->bytes();
 }
 
 Demands patternDemands(const SparseMatrix& pattern)

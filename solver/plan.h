@@ -38,8 +38,7 @@ struct Plan
     bool symmetric() const { return assembly->symmetric(); }
     double factorEntries() const;
     double flops() const;
-    // What a factorisation takes at most at once, the handle's copies of the pattern and the values included.
-    double bytes(const SparseMatrix& pattern) const;
+    double bytes() const; // its own
 };
 
 // What there is to demand without numbers.

@@ -3,6 +3,8 @@
 #include "failure.h"
 #include "handle.h"
 
+#include <cstring>
+
 namespace {
 
 struct Quantity
@@ -41,7 +43,7 @@ constexpr Quantity known[] = {
     {"largest_front", analysis, [](S s) { return static_cast<double>(s.plan->analysis.largestFront); }},
     {"factor_entries", analysis, [](S s) { return s.plan->factorEntries(); }},
     {"flops", analysis, [](S s) { return s.plan->flops(); }},
-    {"memory", analysis, [](S s) { return s.plan->bytes(s.rows->pattern()); }},
+    {"memory", analysis, [](S s) { return s.bytes(*s.plan); }},
     {"ordering_used", analysis, [](S s) { return static_cast<double>(orderingUsed(s.plan->analysis)); }},
     {"seconds_analyse", analysis, [](S s) { return s.secondsAnalyse; }},
     {"positive_pivots", factor, [](S s) { return static_cast<double>(s.numbers->factor->positive()); }},
@@ -66,17 +68,17 @@ constexpr Quantity known[] = {
 
 } // namespace
 
-double bla_solver::quantity(const std::string& name) const
+double bla_solver::quantity(const char* name) const
 {
     if (const double* option = options.find(name))
         return *option;
-    std::string names;
-    for (const Quantity& quantity : known) {
-        if (name == quantity.name) {
+    for (const Quantity& quantity : known)
+        if (std::strcmp(name, quantity.name) == 0) {
             (this->*quantity.require)();
             return quantity.value(*this);
         }
+    std::string names;
+    for (const Quantity& quantity : known)
         names += (names.empty() ? "" : ", ") + std::string(quantity.name);
-    }
-    throw Failure(BLA_SOLVER_BAD_ARGUMENT, "there is no quantity '" + name + "' but " + names);
+    throw Failure(BLA_SOLVER_BAD_ARGUMENT, "there is no quantity '" + std::string(name) + "' but " + names);
 }

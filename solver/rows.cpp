@@ -2,6 +2,7 @@
 #include "rows.h"
 
 #include "failure.h"
+#include "storage.h"
 
 #include <cmath>
 #include <string>
@@ -115,4 +116,9 @@ SparseMatrix Rows::matrix(const double* value) const
     if (std::isnan(finite))
         throw Failure(BLA_SOLVER_BAD_MATRIX, "a value of the matrix is not finite");
     return a;
+}
+
+double Rows::bytes() const
+{
+    return storageOf(pattern_.start) + storageOf(pattern_.column) + storageOf(source_) + storageOf(first_);
 }

@@ -23,6 +23,7 @@ public:
     SparseMatrix matrix(const double* value) const;
 
     const SparseMatrix& pattern() const { return pattern_; } // without values
+    double bytes() const;
 
 private:
     SparseMatrix pattern_;

@@ -33,3 +33,6 @@ Equilibrated equilibrateSymmetric(const SparseMatrix& a);
 // end at about 1, others at most there. An exchange that is `known` from other values, and leaves no diagonal
 // entry much smaller than that, stands.
 Equilibrated equilibrateUnsymmetric(const SparseMatrix& a, const std::vector<int>& known = {});
+// The rows of the unknowns in `kept` stay where they are.
+Equilibrated equilibrateUnsymmetric(const SparseMatrix& a, const std::vector<int>& known,
+                                    const std::vector<int>& kept);

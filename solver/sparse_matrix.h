@@ -18,19 +18,10 @@ struct SparseMatrix
     std::size_t entries() const { return column.size(); }
 };
 
-// A(i, j) given in any order; entries at one place are summed.
-struct Triplet
-{
-    int row, column;
-    double value;
-};
-SparseMatrix fromTriplets(int n, std::vector<Triplet> entries);
-
 // Also of a pattern without values.
 SparseMatrix transposed(const SparseMatrix& a);
 // The pattern of A + A^T, every value 1.
 SparseMatrix symmetrisedPattern(const SparseMatrix& a, const SparseMatrix& transposedA);
-bool equal(const SparseMatrix& a, const SparseMatrix& b);
 
 // max over i of the sum over j of |a(i,j)|
 double normInf(const SparseMatrix& a);

@@ -38,6 +38,11 @@ double Library::get(const char* quantity) const
     return value;
 }
 
+void Library::keep(const std::vector<int>& unknowns)
+{
+    check(bla_solver_set_schur(solver_.get(), static_cast<int>(unknowns.size()), unknowns.data()));
+}
+
 void Library::analyse(const Matrix& a, bool symmetric)
 {
     check(bla_solver_analyse(solver_.get(), symmetric ? BLA_SOLVER_SYMMETRIC_LOWER : BLA_SOLVER_GENERAL, a.n,
@@ -65,4 +70,18 @@ void Library::refine(const Matrix& a, const Block& b, Block& x)
 std::string Library::verdict() const
 {
     return bla_solver_verdict(solver_.get());
+}
+
+Block Library::condensed(int count) const
+{
+    Block c(count, count);
+    check(bla_solver_schur(solver_.get(), c.value.data(), count));
+    return c;
+}
+
+std::vector<int> Library::replaced() const
+{
+    std::vector<int> unknowns(static_cast<std::size_t>(get("replaced_pivots")));
+    check(bla_solver_replaced(solver_.get(), unknowns.data()));
+    return unknowns;
 }

@@ -23,12 +23,17 @@ public:
     void set(const char* option, double value);
     double get(const char* quantity) const;
 
+    // What the next analyses keep, for condensed().
+    void keep(const std::vector<int>& unknowns);
     // As a symmetric matrix, of which the lower half is taken, or as a general one.
     void analyse(const Matrix& a, bool symmetric);
     void factorise(const Matrix& a);
     Block solve(const Block& b);
     void refine(const Matrix& a, const Block& b, Block& x);
     std::string verdict() const;
+    // The matrix of the unknowns that are kept, `count` of them.
+    Block condensed(int count) const;
+    std::vector<int> replaced() const;
 
 private:
     struct Destroy

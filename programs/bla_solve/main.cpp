@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // bla_solve: the sparse direct solver at the command line. See --help.
 #include "beam.h"
+#include "condense.h"
 #include "error.h"
 #include "library.h"
 #include "matrix_market.h"
 #include "options.h"
 #include "output_file.h"
+#include "problem.h"
 #include "report.h"
 #include "standard_output.h"
 #include "stopwatch.h"
@@ -14,50 +16,9 @@
 #include <cstdio>
 #include <exception>
 #include <new>
-#include <random>
 #include <unistd.h>
 
 namespace {
-
-struct Problem
-{
-    Matrix a;
-    Block b;
-    Block exact; // empty where the solution is not known
-};
-
-// x known, b = A*x
-void chooseSolution(Problem& problem, const Options& options)
-{
-    Block x(problem.a.n, options.columns);
-    std::mt19937_64 random(1);
-    for (int j = 0; j < x.columns; ++j)
-        for (int i = 0; i < x.n; ++i)
-            x.column(j)[i] = options.rhs == "ones" && j == 0
-                                 ? 1.0
-                                 : std::ldexp(static_cast<double>(random() >> 11), -52) - 1.0;
-    problem.b = product(problem.a, x);
-    problem.exact = std::move(x);
-}
-
-Problem readProblem(const Options& options)
-{
-    Problem problem;
-    if (options.matrix.empty()) {
-        problem.a = beamStiffness(options.beam);
-        problem.b = beamLoad(options.beam);
-        return problem;
-    }
-    problem.a = readMatrix(options.matrix);
-    if (options.method == Method::symmetric && !problem.a.symmetric)
-        throw InputError(options.matrix +
-                         ": the matrix is not symmetric, and --method ldlt asks for a symmetric one");
-    if (options.rhsFile().empty())
-        chooseSolution(problem, options);
-    else
-        problem.b = readVectors(options.rhsFile(), problem.a.n);
-    return problem;
-}
 
 void keepInput(const std::string& input, const std::string& output)
 {
@@ -68,29 +29,16 @@ void keepInput(const std::string& input, const std::string& output)
 // Before any work: every output can be written, and is none of the inputs.
 void checkOutputs(const Options& options)
 {
-    for (const std::string& output : {options.solution, options.matrix.empty() ? options.vtk : ""}) {
+    const bool picture = options.matrix.empty() && options.condense.empty();
+    for (const std::string& output : {options.solution, options.condensed, picture ? options.vtk : ""}) {
         if (output.empty())
             continue;
-        for (const std::string& input : {options.matrix, options.rhsFile()})
+        for (const std::string& input : {options.matrix, options.rhsFile(), options.condense})
             keepInput(input, output);
         checkWritable(output);
     }
     if (options.matrix.empty() && !options.solution.empty() && samePlace(options.solution, options.vtk))
         throw InputError("--solution and --vtk name the same file: " + options.vtk);
-}
-
-double relativeError(const Block& x, const Block& exact)
-{
-    double worst = 0.0;
-    for (int j = 0; j < x.columns; ++j) {
-        double difference = 0.0, norm = 0.0;
-        for (int i = 0; i < x.n; ++i) {
-            difference = std::fmax(difference, std::fabs(x.column(j)[i] - exact.column(j)[i]));
-            norm = std::fmax(norm, std::fabs(exact.column(j)[i]));
-        }
-        worst = std::fmax(worst, difference / norm);
-    }
-    return worst;
 }
 
 // One line that is written over while the work goes on, and gone at its end.
@@ -181,33 +129,10 @@ bool reportBeam(Report& report, const BeamMesh& mesh, const Block& x, const std:
     return true;
 }
 
-int run(const Options& options)
+void reportMatrix(Report& report, const Options& options, const Matrix& a)
 {
-    Stopwatch watch;
-    const bool beam = options.matrix.empty();
     const BeamMesh& mesh = options.beam;
-    checkOutputs(options);
-    const Monitor monitor = progressLine(!options.json);
-    const ProgressEnd end{monitor};
-    monitor("reading", 0.0);
-    const Problem problem = readProblem(options);
-    const Matrix& a = problem.a;
-    const Phase input{watch.lap()};
-    const bool symmetric = a.symmetric && options.method != Method::unsymmetric;
-    Library library(monitor);
-    library.set("threads", options.threads);
-    library.set("tolerance", options.tolerance);
-    library.set("panel_width", options.nb);
-    library.set("refinements", options.refinements);
-    library.analyse(a, symmetric);
-    library.factorise(a);
-    Block x = library.solve(problem.b);
-    library.refine(a, problem.b, x);
-    const Phase total{input.seconds + watch.lap()};
-    monitor("", 1.0);
-
-    Report report;
-    if (beam) {
+    if (options.matrix.empty()) {
         const std::string elements = std::to_string(mesh.elements[0]) + "x" +
                                      std::to_string(mesh.elements[1]) + "x" +
                                      std::to_string(mesh.elements[2]);
@@ -223,7 +148,10 @@ int run(const Options& options)
     report.add("unknowns", "unknowns", std::int64_t{a.n});
     report.add("nonzeros", "nonzeros", static_cast<std::int64_t>(a.entries()));
     report.add("symmetric", "symmetric", a.symmetric);
-    report.add("right_hand_sides", "right-hand sides", std::int64_t{problem.b.columns});
+}
+
+void reportFactorisation(Report& report, const Library& library, bool symmetric)
+{
     report.heading("Factorisation");
     report.add("method", "method", std::string(symmetric ? "L*D*L^T" : "L*D*U"));
     const char* const orderings[] = {"", "METIS", "AMD", "given"};
@@ -238,17 +166,21 @@ int run(const Options& options)
     addCount(report, library, "replaced_pivots", "replaced pivots");
     addCount(report, library, "shifted_pivots", "shifted pivots");
     addCount(report, library, "memory", "memory in bytes");
+}
+
+// Up to the factorisation; what follows it differs.
+void reportTime(Report& report, const Options& options, const Library& library, const Phase& input)
+{
     report.heading("Time");
     report.add("threads", "threads", static_cast<std::int64_t>(library.get("threads_used")));
-    addPhase(report, "input", beam ? "assembly" : "reading", input);
+    addPhase(report, "input", options.matrix.empty() ? "assembly" : "reading", input);
     addPhase(report, "analysis", "analysis", {library.get("seconds_analyse")});
     addPhase(report, "factorisation", "factorisation",
              {library.get("seconds_factorise"), library.get("flops")});
-    addPhase(report, "solution", "solution",
-             {library.get("seconds_solve"), 4.0 * x.columns * library.get("factor_entries")});
-    addPhase(report, "refinement", "refinement", {library.get("seconds_refine")});
-    addPhase(report, "total", "total", total);
-    bool complete = !beam || reportBeam(report, mesh, x, options.vtk);
+}
+
+void reportAnswer(Report& report, const Library& library, const Problem& problem, const Block& x)
+{
     report.heading("Answer");
     addCount(report, library, "refinement_steps", "refinement steps");
     report.add("relative_residual", "relative residual", library.get("residual"));
@@ -258,13 +190,83 @@ int run(const Options& options)
     if (problem.exact.n > 0)
         report.add("solution_error", "error of the solution", relativeError(x, problem.exact));
     addCount(report, library, "unheld_motions", "");
-    const bool trusted = library.get("trusted") == 1.0;
-    report.add("trusted", "", trusted);
+    report.add("trusted", "", library.get("trusted") == 1.0);
     report.add("verdict", "verdict", library.verdict());
-    if (!options.solution.empty())
-        complete &= written([&] { writeVectors(options.solution, x); });
-    complete &= standard::print("bla_solve", options.json ? report.json() : report.text()) == 0;
-    return trusted && complete ? 0 : 1;
+}
+
+void reportCondensation(Report& report, const Condensed& condensed)
+{
+    report.heading("Condensed matrix");
+    report.add("kept_unknowns", "kept unknowns", std::int64_t{condensed.matrix.n});
+    report.add("condensed_residual", "relative residual", condensed.residual);
+    report.add("trusted", "", condensed.trusted);
+    report.add("verdict", "verdict", condensed.verdict);
+}
+
+int run(const Options& options)
+{
+    Stopwatch watch;
+    checkOutputs(options);
+    const Monitor monitor = progressLine(!options.json);
+    const ProgressEnd end{monitor};
+    monitor("reading", 0.0);
+    const Problem problem = readProblem(options);
+    const Matrix& a = problem.a;
+    const Phase input{watch.lap()};
+    const bool symmetric = a.symmetric && options.method != Method::unsymmetric;
+    const bool condensing = !problem.kept.empty();
+    Library library(monitor);
+    library.set("threads", options.threads);
+    library.set("tolerance", options.tolerance);
+    library.set("panel_width", options.nb);
+    library.set("refinements", options.refinements);
+    library.keep(problem.kept);
+    library.analyse(a, symmetric);
+    library.factorise(a);
+    Condensed condensed;
+    Block x;
+    if (condensing) {
+        condensed = condense(a, problem.kept, library);
+    } else {
+        x = library.solve(problem.b);
+        library.refine(a, problem.b, x);
+    }
+    const Phase total{input.seconds + watch.lap()};
+    monitor("", 1.0);
+
+    Report report;
+    reportMatrix(report, options, a);
+    if (!condensing)
+        report.add("right_hand_sides", "right-hand sides", std::int64_t{problem.b.columns});
+    reportFactorisation(report, library, symmetric);
+    reportTime(report, options, library, input);
+    if (condensing) {
+        addPhase(report, "condensation", "condensation", {condensed.seconds});
+    } else {
+        addPhase(report, "solution", "solution",
+                 {library.get("seconds_solve"), 4.0 * x.columns * library.get("factor_entries")});
+        addPhase(report, "refinement", "refinement", {library.get("seconds_refine")});
+    }
+    addPhase(report, "total", "total", total);
+
+    bool good = true;
+    if (condensing) {
+        reportCondensation(report, condensed);
+        const auto write = symmetric ? writeSymmetric : writeVectors;
+        good = written([&] { write(options.condensed, condensed.matrix); });
+        if (good)
+            report.add("condensed_file", "written to", options.condensed);
+        good &= condensed.trusted;
+    } else {
+        if (options.matrix.empty())
+            good = reportBeam(report, options.beam, x, options.vtk);
+        reportAnswer(report, library, problem, x);
+        good &= library.get("trusted") == 1.0;
+        if (!options.solution.empty())
+            good &= written([&] { writeVectors(options.solution, x); });
+    }
+    good &= standard::print("bla_solve", options.json ? report.json() : report.text()) == 0;
+    return good ? 0 : 1;
 }
 
 } // namespace

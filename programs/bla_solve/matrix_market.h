@@ -17,5 +17,6 @@ Matrix readMatrix(const std::string& path);
 // Right-hand sides: a real file of n rows, one or several columns.
 Block readVectors(const std::string& path, int n);
 
-// As an array; throws OutputError.
+// As an array, of a symmetric one the lower triangle; throws OutputError.
 void writeVectors(const std::string& path, const Block& x);
+void writeSymmetric(const std::string& path, const Block& x);

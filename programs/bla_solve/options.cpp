@@ -33,6 +33,12 @@ numbers
   --refine N        at most N steps of iterative refinement (10)
   --threads N       threads of the BLAS library (default: as the library has it)
 
+condensation
+  --condense FILE   instead of a solution, the matrix that is left of A where all unknowns but those listed in
+                    FILE are eliminated (a Schur complement; of a structure, a superelement): their numbers,
+                    counted from 1, in text; what follows % or # in a line is a comment
+  --condensed FILE  where it goes: a Matrix Market array, rows and columns as listed
+
 output
   --json            the report as one JSON object on stdout, nothing else
   --solution FILE   write the solution as a Matrix Market array
@@ -46,7 +52,7 @@ A matrix is real, general, symmetric or skew-symmetric, coordinate or array; exp
 never takes the place of an input file; devices, pipes and /dev/stdout are written straight.
 
 exit status
-  0  solved
+  0  solved, or condensed
   1  a report was printed, but the answer is not to be trusted (the verdict says why), or something could not be
      written: one line on stderr for each
   2  bad input: one line on stderr, nothing written
@@ -86,8 +92,12 @@ Options parseOptions(int argc, char** argv)
 {
     Options options;
     bool mesh = false, rhs = false, columns = false, vtk = false;
+    std::string_view ofSolution; // an option that only a solution needs
     for (int i = 1; i < argc; ++i) {
         const std::string_view word = argv[i];
+        for (const char* option : {"--rhs", "--columns", "--refine", "--solution", "--vtk", "--no-vtk"})
+            if (word == option)
+                ofSolution = word;
         const auto value = [&]() -> std::string_view {
             if (++i >= argc || argv[i][0] == '\0')
                 throw InputError(std::string(word) + ": a value is missing");
@@ -125,6 +135,10 @@ Options parseOptions(int argc, char** argv)
             options.threads = number<int>(word, value(), 1, 1024);
         } else if (word == "--solution") {
             options.solution = value();
+        } else if (word == "--condense") {
+            options.condense = value();
+        } else if (word == "--condensed") {
+            options.condensed = value();
         } else if (word == "--vtk") {
             options.vtk = value();
             vtk = true;
@@ -143,6 +157,10 @@ Options parseOptions(int argc, char** argv)
     }
     if (options.help || options.version)
         return options;
+    if (options.condense.empty() != options.condensed.empty())
+        throw InputError("--condense and --condensed go together");
+    if (!options.condense.empty() && !ofSolution.empty())
+        throw InputError(std::string(ofSolution) + " goes with a solution; --condense makes none");
     if (!options.matrix.empty() && mesh)
         throw InputError("--mesh goes with the beam, not with a file");
     if (!options.matrix.empty() && vtk)

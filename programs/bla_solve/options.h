@@ -18,8 +18,9 @@ struct Options
     int refinements = 10;
     std::string rhs = "ones"; // "ones", "random" or a file
     int columns = 1;
-    std::string vtk = "beam.vtu"; // empty: none
-    std::string solution;         // empty: not written
+    std::string vtk = "beam.vtu";    // empty: none
+    std::string solution;            // empty: not written
+    std::string condense, condensed; // unknowns to keep, and where their matrix goes; both or none
     bool json = false;
     bool help = false, version = false;
 

@@ -9,6 +9,7 @@ STANDARD = "programs/standard_output.h"
 FUZZ = ("fuzz_matrix_market",)
 FILES = ("tests/solve/test_files.py",)
 OUTPUTS = ("tests/solve/test_programs.py",)
+CONDENSE = ("tests/solve/test_condense.py",)
 
 MUTATIONS = [
     # numbers
@@ -57,10 +58,20 @@ MUTATIONS = [
     ("an older file loses its permissions", OUTPUT, "exists ? status.st_mode & 07777 : ", "", OUTPUTS),
     ("a link is replaced by the file", OUTPUT, "place_ = resolved(path);", "place_ = path;", OUTPUTS),
     ("standard output is renamed away", OUTPUT, "if (standard >= 0) {", "if (standard >= 100) {", OUTPUTS),
-    ("a missing solution is no failure", MAIN, "trusted && complete ? 0 : 1", "outcome.trusted ? 0 : 1", OUTPUTS),
+    ("a missing solution is no failure", MAIN,
+     "good &= written([&] { writeVectors", "written([&] { writeVectors", OUTPUTS),
     ("a lost report is no failure", STANDARD, "    return 1;\n", "    return 0;\n", OUTPUTS),
     ("a closed output swallows the report", STANDARD, "O_WRONLY : O_RDONLY", "O_WRONLY : O_RDWR", OUTPUTS),
     ("a file at its limit ends the program", STANDARD, "    std::signal(SIGXFSZ, SIG_IGN);\n", "", OUTPUTS),
     ("a pipe without reader ends the program", STANDARD, "    std::signal(SIGPIPE, SIG_IGN);\n", "", OUTPUTS),
+    # condensation
+    ("a list of unknowns may be overwritten", MAIN, "options.rhsFile(), options.condense}", "options.rhsFile()}", CONDENSE),
+    ("a symmetric matrix is written from its upper triangle", PROGRAM + "matrix_market_write.cpp", "symmetric ? j : 0; i < x.n",
+     "0; i < (symmetric ? j + 1 : x.n)", CONDENSE),
+    ("a pivot that is none is not told", PROGRAM + "condense.cpp", "unheld.empty() && result", "result", CONDENSE),
+    ("what is kept must have a pivot", PROGRAM + "condense.cpp", "std::find(kept.begin(), kept.end(), unknown) == kept.end() && ++count",
+     "++count", CONDENSE),
+    ("unknowns are counted from 0", PROGRAM + "unknowns.cpp", "static_cast<int>(value - 1)", "static_cast<int>(value % n)", CONDENSE),
+    ("an unknown may be kept twice", PROGRAM + "unknowns.cpp", "if (there[unknown]++)", "if (there[unknown] > 1)", CONDENSE),
     ("run.sh builds in silence", "run.sh", "(once; a few minutes) ...\" >&2", "(once; a few minutes) ...\" >/dev/null", OUTPUTS),
 ]

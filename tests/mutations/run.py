@@ -28,7 +28,7 @@ ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__)
 
 
 # The numbers of inputs that the tests give them.
-FUZZERS = {"fuzz_kernels": "6000", "fuzz_matrix_market": "20000"}
+FUZZERS = {"fuzz_kernels": "6000", "fuzz_matrix_market": "20000", "fuzz_solver": "4000"}
 
 
 def applied(text, old, new, file):

@@ -3,6 +3,9 @@
 SOLVER = "solver/"
 
 ROOMS = ("solver_tests",)
+INTERFACE = ("solver_interface_tests",)
+MEMORY = ("solver_memory_tests",)
+FUZZ = ("fuzz_solver",)
 
 MUTATIONS = [
     # one front
@@ -114,8 +117,45 @@ MUTATIONS = [
      "settled_", ROOMS),
     ("the first column's largest entry is forgotten", SOLVER + "matching.cpp", "v_[j] - largest_[j]", "v_[j]", ROOMS),
     # the sparse matrix
-    ("the second entry at a place replaces the first", SOLVER + "sparse_matrix.cpp", "a.value.back() += t.value;",
-     "a.value.back() = t.value;", ROOMS),
     ("the norm has no magnitudes", SOLVER + "sparse_matrix.cpp", "sum += std::fabs(a.value[p]);", "sum += a.value[p];", ROOMS),
-    ("matrices of one pattern are equal", SOLVER + "sparse_matrix.cpp", " && a.value == b.value", "", ROOMS),
+    # order and tree
+    ("an unknown without a diagonal entry keeps its place", SOLVER + "analysis.cpp",
+     "key[v] = std::max(key[v], place[graph.neighbour[p]]);", ";", ROOMS),
+    ("a row counts twice where its paths meet", SOLVER + "tree.cpp", "count_[meeting(last)] -= weight;", "meeting(last);", ROOMS),
+    ("vertices join without nested columns", SOLVER + "supernodes.cpp",
+     "e.count[j - 1] == e.count[j] + graph.weight(e.order[j - 1]);", "true;", ROOMS),
+    ("the host's stream of rand() is not put back", SOLVER + "process_state.h", "setstate(host_);", "", ROOMS),
+    ("what is kept may be followed", SOLVER + "analysis.cpp", "key[graph.kept] = graph.n;", ";", INTERFACE),
+    # the caller's rows
+    ("the upper triangle of a lower one is read", SOLVER + "rows.cpp", "(kind == Kind::symmetricLower && j > i) ||", "", INTERFACE),
+    ("the last entry at a place stands", SOLVER + "rows.cpp", "sum += value[source_[s]];", "sum = value[source_[s]];", INTERFACE),
+    ("a value that is not finite is taken", SOLVER + "rows.cpp", "finite += sum * 0.0;", "", FUZZ),
+    # the interface
+    ("a row that is kept is exchanged", SOLVER + "handle.cpp", ": wishes.kept.empty()\n", ": true\n", INTERFACE),
+    ("a kept column keeps its size", SOLVER + "scaling_kept.cpp", "factorFor(largest[k]);", "factorFor(0.0 * largest[k]);", INTERFACE),
+    ("a Schur complement is given by rows", SOLVER + "handle.cpp", "c[i + ldc * j] =", "c[j + ldc * i] =", INTERFACE),
+    ("pivots are half scaled", SOLVER + "handle.cpp", "made[k] / scale[unknown] / scale[unknown]", "made[k] / scale[unknown]",
+     INTERFACE),
+    ("the transposed system is the system", SOLVER + "handle.cpp", "numbers->factor->solve(x, transposed);",
+     "numbers->factor->solve(x, false);", FUZZ),
+    ("a limit of memory is none", SOLVER + "handle.cpp", "options.memoryLimit > 0.0 &&", "options.memoryLimit < 0.0 &&", INTERFACE),
+    ("nobody is cancelled", SOLVER + "handle.cpp", "monitor(monitorContext, phase, share) != 0", "monitor(monitorContext, phase, share) < 0",
+     INTERFACE),
+    ("an answer outlives its factor", SOLVER + "handle.cpp", "    answer.reset();\n    if (other)", "    if (other)", FUZZ),
+    ("fewer columns than none", SOLVER + "interface.cpp", "require(columns >= 0,", "require(columns >= -1,", FUZZ),
+    ("an unknown is kept twice", SOLVER + "handle.cpp", "unknown >= n || seen[unknown]", "unknown >= n", FUZZ),
+    ("a bound is a thousandth", SOLVER + "bounds.cpp", "return std::isfinite(bound) ? bound : HUGE_VAL;",
+     "return std::isfinite(bound) ? 1e-3 * bound : HUGE_VAL;", ROOMS),
+    ("the number of BLAS threads stays", SOLVER + "handle.cpp", "            blaC_set_num_threads(before_);", "            (void)0;", INTERFACE),
+    # memory
+    ("the lists of entries are not announced", SOLVER + "plan.cpp", " + analysis.bytes() + assembly->bytes();", " + analysis.bytes();",
+     MEMORY),
+    ("without memory a worse factor is kept", SOLVER + "handle.cpp", "if (made.factor) ", "if (!made.factor) ", MEMORY),
+    ("small systems take large pages", SOLVER + "workspace.h", "count * sizeof(double) < page ? line : page", "page", MEMORY),
+    ("METIS's want of memory is another fault", SOLVER + "order_metis.cpp", "status == METIS_ERROR_MEMORY", "false", MEMORY),
+    ("AMD's want of memory is another fault", SOLVER + "order_amd.cpp", "status == AMD_OUT_OF_MEMORY", "false", MEMORY),
+    # the answer
+    ("a condition may be less than 1", SOLVER + "bounds.cpp", "std::max(bound.cond1 + bound.cond2, 1.0)",
+     "(bound.cond1 + bound.cond2)", INTERFACE),
+    ("directions of GMRES are not orthogonal", SOLVER + "krylov.cpp", "add(-h[k], v[k], r);", "", ROOMS),
 ]

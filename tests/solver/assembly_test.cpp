@@ -21,7 +21,7 @@ struct Parent
 
     Parent(int p, int m, bool sym, std::mt19937_64& random)
         : pivots(p), rest(m), symmetric(sym), panel(static_cast<std::size_t>(p + m) * p),
-          right(sym ? 0 : static_cast<std::size_t>(p) * m + 1), schur(static_cast<std::size_t>(m) * m)
+          right(sym ? 0 : static_cast<std::size_t>(p) * m + 1), schur(static_cast<std::size_t>(m) * m + 1)
     {
         for (auto* part : {&panel, &right, &schur})
             for (double& x : *part)

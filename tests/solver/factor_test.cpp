@@ -2,6 +2,7 @@
 #include "planned.h"
 #include "problems.h"
 #include "scaling.h"
+#include "triplets.h"
 
 #include <gtest/gtest.h>
 

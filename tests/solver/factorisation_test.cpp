@@ -3,6 +3,7 @@
 // itself: b - A*x, row by row, in units of what rounding leaves.
 #include "planned.h"
 #include "random.h"
+#include "triplets.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Elimination without exchanges of rows on matrices that ask for them.
 #include "problems.h"
+#include "triplets.h"
 
 #include <gtest/gtest.h>
 

@@ -2,6 +2,8 @@
 // The C interface as a caller meets it: what is accepted, refused, kept and given back.
 #include "TOVBlaSolver.h"
 
+#include <TOVBlaModule.h>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -632,4 +634,176 @@ TEST(Interface, ShiftsAsAsked)
     EXPECT_LT(difference(y, x), 1e-13);
     EXPECT_LT(get(solver, "error_estimate"), 1e-12);
     EXPECT_GT(get(solver, "refinement_steps"), 0);
+}
+
+TEST(Interface, NoUnknownAndOneGoThroughEveryCall)
+{
+    for (int n : {0, 1})
+        for (int kind : kinds)
+            for (int kept : {0, n})
+                for (double value : {-2.5, 0.0}) {
+                    SCOPED_TRACE(std::to_string(n) + " " + std::to_string(kind) + " " + std::to_string(kept) +
+                                 " " + std::to_string(value));
+                    const Handle handle = create();
+                    bla_solver* const s = handle.get();
+                    const std::int64_t start[] = {0, 1};
+                    const std::int32_t zero = 0;
+                    Countdown countdown{1000, 0, {}, 0.0};
+                    double x = 5.0, y = 5.0, d = 0.0, c = 0.0;
+                    std::int32_t listed = -1;
+                    ASSERT_EQ(bla_solver_set_monitor(s, Countdown::monitor, &countdown), BLA_SOLVER_OK);
+                    ASSERT_EQ(bla_solver_set_order(s, n, &zero), BLA_SOLVER_OK);
+                    ASSERT_EQ(bla_solver_set_schur(s, kept, &zero), BLA_SOLVER_OK);
+                    ASSERT_EQ(bla_solver_analyse(s, kind, n, start, &zero), BLA_SOLVER_OK);
+                    ASSERT_EQ(bla_solver_factorise(s, &value), BLA_SOLVER_OK);
+                    ASSERT_EQ(bla_solver_solve(s, 1, 1, &x, 1), BLA_SOLVER_OK);
+                    ASSERT_EQ(bla_solver_refine(s, &value, 1, &y, 1, &x, 1), BLA_SOLVER_OK);
+                    EXPECT_EQ(bla_solver_pivots(s, &d),
+                              kind == BLA_SOLVER_GENERAL ? BLA_SOLVER_BAD_ARGUMENT : BLA_SOLVER_OK);
+                    EXPECT_EQ(bla_solver_replaced(s, &listed), BLA_SOLVER_OK);
+                    EXPECT_EQ(bla_solver_unheld(s, &listed), BLA_SOLVER_OK);
+                    EXPECT_EQ(bla_solver_schur(s, &c, 1), kept > 0 ? BLA_SOLVER_OK : BLA_SOLVER_NOT_READY);
+                    for (const char* quantity : {"n", "entries", "fronts", "largest_front", "factor_entries"})
+                        EXPECT_EQ(get(handle, quantity), n) << quantity;
+                    for (const char* quantity :
+                         {"flops",           "memory",          "ordering_used",    "seconds_analyse",
+                          "positive_pivots", "negative_pivots", "replaced_pivots",  "shifted_pivots",
+                          "unheld_motions",  "structural_rank", "threads_used",     "seconds_factorise",
+                          "seconds_solve",   "residual",        "backward_error",   "error_estimate",
+                          "condition",       "trusted",         "refinement_steps", "seconds_refine"})
+                        EXPECT_GE(get(handle, quantity), 0.0) << quantity;
+                    const bool regular = n == 0 || value != 0.0;
+                    EXPECT_EQ(get(handle, "trusted"), regular);
+                    EXPECT_EQ(std::string(bla_solver_verdict(s)).substr(0, 4), regular ? "solv" : "NOT ");
+                    EXPECT_EQ(get(handle, "structural_rank"), regular ? n : 0);
+                    EXPECT_EQ(get(handle, "negative_pivots"), n == 1 && regular);
+                    EXPECT_EQ(get(handle, "replaced_pivots"), !regular);
+                    EXPECT_EQ(x, n == 0 ? 5.0 : regular ? -2.0 : x);
+                    if (n == 1 && regular && kind != BLA_SOLVER_GENERAL)
+                        EXPECT_EQ(d, -2.5);
+                    if (kept > 0)
+                        EXPECT_EQ(c, value);
+                }
+}
+
+namespace {
+
+// What stays of A(k,k) - A(k,e)*A(e,e)^-1*A(e,k), with exchanges of rows among e; by rows.
+std::vector<double> condensed(const Matrix& a, const std::vector<std::int32_t>& kept)
+{
+    std::vector<int> place; // e, then k
+    for (int i = 0; i < a.n; ++i)
+        if (std::find(kept.begin(), kept.end(), i) == kept.end())
+            place.push_back(i);
+    const int eliminated = static_cast<int>(place.size()), n = a.n;
+    place.insert(place.end(), kept.begin(), kept.end());
+    std::vector<std::vector<double>> m(n, std::vector<double>(n));
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j < n; ++j)
+            m[i][j] = a(place[i], place[j]);
+    for (int k = 0; k < eliminated; ++k) {
+        const auto largest =
+            std::max_element(m.begin() + k, m.begin() + eliminated,
+                             [&](const auto& x, const auto& y) { return std::fabs(x[k]) < std::fabs(y[k]); });
+        std::swap(m[k], *largest);
+        for (int i = k + 1; i < n; ++i)
+            for (int j = n - 1; j >= k; --j)
+                m[i][j] -= m[i][k] / m[k][k] * m[k][j];
+    }
+    std::vector<double> s;
+    for (int i = eliminated; i < n; ++i)
+        s.insert(s.end(), m[i].begin() + eliminated, m[i].end());
+    return s;
+}
+
+} // namespace
+
+TEST(Interface, KeptRowsAreNotExchanged)
+{
+    // Large entries stand beside the diagonal, the largest ones between what is kept and what is not.
+    const int n = 14;
+    const std::vector<std::int32_t> kept{11, 2, 6};
+    for (double size : {1.0, 1e-25}) { // of the kept columns
+        std::mt19937 random(3);
+        std::uniform_real_distribution<double> entry(-1.0, 1.0);
+        std::vector<double> dense(n * n);
+        for (double& v : dense)
+            v = 0.01 * entry(random);
+        for (int i = 0; i < n; ++i)
+            dense[i * n + (i + 3) % n] = 10.0 + entry(random);
+        for (int k : kept)
+            dense[k * n + (k + 1) % n] = dense[(k + 1) % n * n + k] = 1e5;
+        for (int i = 0; i < n; ++i)
+            for (int k : kept)
+                dense[i * n + k] *= size;
+        const Matrix a(n, dense);
+        Matrix plain = a; // the numbers that came before ask for other exchanges
+        for (int i = 0; i < n; ++i)
+            plain.value[i * n + i] += 1e3;
+        const std::vector<double> expected = condensed(a, kept);
+        for (bool before : {false, true}) {
+            const Handle solver = create();
+            ASSERT_EQ(bla_solver_set_schur(solver.get(), 3, kept.data()), BLA_SOLVER_OK);
+            ASSERT_EQ(analyse(solver, BLA_SOLVER_GENERAL, a), BLA_SOLVER_OK);
+            if (before)
+                ASSERT_EQ(bla_solver_factorise(solver.get(), plain.value.data()), BLA_SOLVER_OK);
+            ASSERT_EQ(bla_solver_factorise(solver.get(), a.value.data()), BLA_SOLVER_OK);
+            EXPECT_EQ(get(solver, "replaced_pivots"), 0);
+            double c[9], largest = 0.0;
+            ASSERT_EQ(bla_solver_schur(solver.get(), c, 3), BLA_SOLVER_OK);
+            for (double v : expected)
+                largest = std::max(largest, std::fabs(v));
+            for (int i = 0; i < 3; ++i)
+                for (int j = 0; j < 3; ++j)
+                    EXPECT_NEAR(c[i + 3 * j], expected[3 * i + j], 1e-9 * largest) << size << before;
+            EXPECT_EQ(get(solver, "structural_rank"), n);
+            if (size != 1.0) // the solution has no digit there
+                continue;
+            const std::vector<double> x = ramp(n), b = a.times(x);
+            std::vector<double> y = solved(solver, b);
+            ASSERT_EQ(bla_solver_refine(solver.get(), a.value.data(), 1, b.data(), n, y.data(), n),
+                      BLA_SOLVER_OK);
+            EXPECT_LT(difference(y, x), 1e-9);
+            EXPECT_EQ(get(solver, "trusted"), 1);
+        }
+    }
+}
+
+TEST(Interface, TheNumberOfBlasThreadsIsPutBack)
+{
+    const Matrix a = randomMatrix(20, false, Sign::indefinite, 17);
+    std::vector<double> b = ramp(20), x = b;
+    const Handle solver = create();
+    const int before = blaC_get_num_threads();
+    ASSERT_EQ(bla_solver_set(solver.get(), "threads", before == 1 ? 2 : 1), BLA_SOLVER_OK);
+    ASSERT_EQ(analyse(solver, BLA_SOLVER_GENERAL, a), BLA_SOLVER_OK);
+    ASSERT_EQ(bla_solver_factorise(solver.get(), a.value.data()), BLA_SOLVER_OK);
+    EXPECT_EQ(blaC_get_num_threads(), before);
+    ASSERT_EQ(bla_solver_solve(solver.get(), 0, 1, x.data(), 20), BLA_SOLVER_OK);
+    EXPECT_EQ(blaC_get_num_threads(), before);
+    ASSERT_EQ(bla_solver_refine(solver.get(), a.value.data(), 1, b.data(), 20, x.data(), 20), BLA_SOLVER_OK);
+    EXPECT_EQ(blaC_get_num_threads(), before);
+    ASSERT_EQ(bla_solver_set(solver.get(), "memory_limit", 1), BLA_SOLVER_OK);
+    ASSERT_EQ(bla_solver_factorise(solver.get(), a.value.data()), BLA_SOLVER_OUT_OF_MEMORY);
+    EXPECT_EQ(blaC_get_num_threads(), before);
+}
+
+TEST(Interface, AnswersForOtherValuesAreBoundedOrNotTrusted)
+{
+    // A factor of something else altogether, by which nothing is found.
+    const Matrix factorised(2, {0x1.4p93, 0x1p51, 0x1.4p55, 0.0}), asked(2, {1, -3, 1, 0});
+    const double exact[] = {-1, -5.0 / 3};
+    for (double refinements : {0.0, 1.0, 10.0}) {
+        const Handle solver = create();
+        const std::int64_t start[] = {0, 2, 4};
+        const std::int32_t column[] = {0, 1, 0, 1};
+        ASSERT_EQ(bla_solver_set(solver.get(), "refinements", refinements), BLA_SOLVER_OK);
+        ASSERT_EQ(bla_solver_analyse(solver.get(), BLA_SOLVER_GENERAL, 2, start, column), BLA_SOLVER_OK);
+        ASSERT_EQ(bla_solver_factorise(solver.get(), factorised.dense.data()), BLA_SOLVER_OK);
+        double b[] = {4, -1}, x[] = {4, -1};
+        ASSERT_EQ(bla_solver_refine(solver.get(), asked.dense.data(), 1, b, 2, x, 2), BLA_SOLVER_OK);
+        const double error = std::max(std::fabs(x[0] - exact[0]), std::fabs(x[1] - exact[1])) / (5.0 / 3);
+        EXPECT_LE(error, get(solver, "error_estimate"))
+            << refinements << " " << get(solver, "backward_error");
+    }
 }

@@ -2,6 +2,7 @@
 // Matchings of small matrices against all permutations; of larger ones by the scaling that proves them best.
 #include "matching.h"
 #include "random.h"
+#include "triplets.h"
 
 #include <gtest/gtest.h>
 

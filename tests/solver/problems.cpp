@@ -2,6 +2,7 @@
 #include "problems.h"
 
 #include "TOVBlaSolver.h"
+#include "triplets.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,6 +2,7 @@
 // Equilibration: powers of two, exactly applied, that bring the entries to the order of one.
 #include "random.h"
 #include "scaling.h"
+#include "triplets.h"
 
 #include <gtest/gtest.h>
 

@@ -2,6 +2,7 @@
 // The sparse matrix against a dense one with the same entries.
 #include "random.h"
 #include "sparse_matrix.h"
+#include "triplets.h"
 
 #include <gtest/gtest.h>
 

@@ -2,6 +2,7 @@
 // Structures without supports: the verdict names the motions that nothing holds.
 #include "problems.h"
 #include "refine.h"
+#include "triplets.h"
 #include "unheld.h"
 
 #include <gtest/gtest.h>
