@@ -41,6 +41,21 @@ BLA_BODY void prefetch_entries(const CompressedRows& a, int64_t start, int64_t e
         __builtin_prefetch(a.column + p);
 }
 
+/// The same for a turn of as many entries as a line has columns, spread over the row: of W columns of X or Y,
+/// the more the longer a turn takes, so that the time ahead is the same.
+constexpr int64_t ScatterAhead = 256, EntriesPerTurn = ColumnsPerLine;
+
+template <int W>
+BLA_BODY void prefetch_turn(const CompressedRows& a, int64_t first)
+{
+    if (!a.far)
+        return;
+    const int64_t later = first + ScatterAhead / W;
+    __builtin_prefetch(a.value + later);
+    __builtin_prefetch(a.value + later + ValuesPerLine);
+    __builtin_prefetch(a.column + later);
+}
+
 /// Two doubles in a register.
 typedef double pair __attribute__((vector_size(16)));
 
@@ -51,12 +66,19 @@ struct Width
     static constexpr int value = N;
 };
 
-/// Cuts nrhs columns into blocks of eight and one narrower last block: calls block(Width<w>(), k) for each
-/// block of columns k..k+w-1, left to right.
+/// Columns of a block that start this many elements apart, or a multiple, lie in the same set of a first
+/// cache.
+constexpr int64_t ColumnsApart = 512;
+
+/// Cuts nrhs columns into blocks of eight, or of four if narrow, and one narrower last block: calls
+/// block(Width<w>(), k) for each block of columns k..k+w-1, left to right.
 template <class Block>
-BLA_BODY void for_column_blocks(int64_t nrhs, Block block)
+BLA_BODY void for_column_blocks(int64_t nrhs, Block block, bool narrow = false)
 {
     int64_t k = 0;
+    if (narrow)
+        for (; k + 4 <= nrhs; k += 4)
+            block(Width<4>(), k);
     for (; k + 8 <= nrhs; k += 8)
         block(Width<8>(), k);
     switch (nrhs - k) {

@@ -17,10 +17,11 @@ static void add_entries(const CompressedRows& a, int64_t start, int64_t end, con
     pair sums[Pairs];
     for (int c = 0; c < Pairs; ++c)
         sums[c] = pair{sum[2 * c], sum[2 * c + 1 < Columns ? 2 * c + 1 : 2 * c]};
+    constexpr int64_t Ahead = EntriesAhead / Columns; // the same time
     for (int64_t first = start; first < end; first += ValuesPerLine) {
-        if (Columns > 2) { // narrower blocks ask for whole rows
-            __builtin_prefetch(a.value + first + EntriesAhead);
-            __builtin_prefetch(a.column + first + EntriesAhead);
+        if (Columns > 2 && a.far) { // narrower blocks ask for whole rows
+            __builtin_prefetch(a.value + first + Ahead);
+            __builtin_prefetch(a.column + first + Ahead);
         }
         const int64_t last = first + ValuesPerLine < end ? first + ValuesPerLine : end;
         for (int64_t p = first; p < last; ++p) {
