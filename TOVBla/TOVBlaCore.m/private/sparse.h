@@ -41,19 +41,17 @@ BLA_BODY void prefetch_entries(const CompressedRows& a, int64_t start, int64_t e
         __builtin_prefetch(a.column + p);
 }
 
-/// The same for a turn of as many entries as a line has columns, spread over the row: of W columns of X or Y,
-/// the more the longer a turn takes, so that the time ahead is the same.
-constexpr int64_t ScatterAhead = 256, EntriesPerTurn = ColumnsPerLine;
+/// The same for a turn of as many entries as a line has columns, so that requests are spread over the row.
+/// With more columns of X a turn takes longer: the fewer entries ahead.
+constexpr int64_t EntriesPerTurn = ColumnsPerLine;
 
-template <int W>
-BLA_BODY void prefetch_turn(const CompressedRows& a, int64_t first)
+BLA_BODY void prefetch_turn(const CompressedRows& a, int64_t first, int64_t ahead)
 {
     if (!a.far)
         return;
-    const int64_t later = first + ScatterAhead / W;
-    __builtin_prefetch(a.value + later);
-    __builtin_prefetch(a.value + later + ValuesPerLine);
-    __builtin_prefetch(a.column + later);
+    __builtin_prefetch(a.value + first + ahead);
+    __builtin_prefetch(a.value + first + ahead + ValuesPerLine);
+    __builtin_prefetch(a.column + first + ahead);
 }
 
 /// Two doubles in a register.

@@ -24,7 +24,7 @@ BLA_BODY void scatter_row(const CompressedRows& a, int64_t start, int64_t end, c
 {
     int64_t p = start;
     for (int64_t first = start; first < end; first += EntriesPerTurn) {
-        prefetch_turn<W>(a, first);
+        prefetch_turn(a, first, EntriesAhead / 2 / W);
         const int64_t last = first + EntriesPerTurn < end ? first + EntriesPerTurn : end;
         if constexpr (W <= 2) {
             for (; p + 4 <= last; p += 4)
