@@ -132,6 +132,31 @@ TEST(Cholupd, IsRefusedAtEachColumnOfASweepWithTheEarlierColumnsFinished)
     });
 }
 
+TEST(Cholupd, GoesOnBeyondTheRowsWhereNeitherCountIsBoundedByThem)
+{
+    on_every_tier([] {
+        for (int n : {1, 5, 8, 9, 20})
+            for (char job : {'P', 'N'}) {
+                const int columns = n + 3, ld = n + 4;
+                const double tol = 0.0;
+                auto random = generator(static_cast<std::uint64_t>(n));
+                Guarded<double> expected(extent(columns, columns, ld)), actual(extent(columns, columns, ld)),
+                    x(columns), y(columns);
+                fill_factor(expected, columns, ld, random, Data::Ordinary);
+                for (int i = 0; i < columns; ++i)
+                    x.set(i, 0.05 * ordinary(random));
+                copy(expected, actual);
+                copy(x, y);
+                int info = -1;
+                ASSERT_EQ(reference::cholupd(job, n, columns, columns, expected, ld, x, tol), 0);
+                blac_cholupd_(&job, &n, &columns, &columns, actual, &ld, y, &tol, &info);
+                ASSERT_EQ(info, 0);
+                ASSERT_TRUE(same_memory(expected, actual)) << n << job;
+                ASSERT_TRUE(same_memory(x, y)) << n << job;
+            }
+    });
+}
+
 // Long columns go four at a time.
 TEST(Cholupd, GivesTheBitsOfThePlainLoopForLongColumns)
 {
