@@ -22,6 +22,19 @@ typedef double Four __attribute__((vector_size(32), aligned(1), may_alias));
 // Vectors are handed on by reference and loaded from a pointer on the spot: by value they would change the
 // calling convention between tiers, and clang takes a returned reference for an aligned one.
 
+/// A store past the caches. GCC takes its own builtins, and clang such vectors in assembler, in functions of
+/// the tier alone.
+#ifdef __clang__
+#    define BLA_STORE_PAST(instruction, bytes, d, x)                                                         \
+        __builtin_nontemporal_store(                                                                         \
+            x, static_cast<double __attribute__((vector_size(bytes), may_alias))*>(static_cast<void*>(d)))
+#else
+#    define BLA_STORE_PAST(instruction, bytes, d, x)                                                         \
+        __asm__(instruction " %1, %0"                                                                        \
+                : "=m"(*reinterpret_cast<double __attribute__((vector_size(bytes), may_alias))*>(d))         \
+                : "x"(x))
+#endif
+
 /// How the destination takes the numbers: as they are, added to its own, or as they are past the caches,
 /// where vectors must not lie across two lines.
 enum class Store { Copy, Add, Past };
@@ -37,7 +50,7 @@ BLA_BODY void put(real* d, const Two& x)
 {
     Two* const to = reinterpret_cast<Two*>(d);
     if (How == Store::Past)
-        __asm__("movntpd %1, %0" : "=m"(*to) : "x"(x));
+        BLA_STORE_PAST("movntpd", 16, d, x);
     else
         *to = How == Store::Add ? *to + x : x;
 }
@@ -47,7 +60,7 @@ BLA_BODY void put(real* d, const Four& x)
 {
     Four* const to = reinterpret_cast<Four*>(d);
     if (How == Store::Past)
-        __asm__("vmovntpd %1, %0" : "=m"(*to) : "x"(x));
+        BLA_STORE_PAST("vmovntpd", 32, d, x);
     else
         *to = How == Store::Add ? *to + x : x;
 }
