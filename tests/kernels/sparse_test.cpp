@@ -551,7 +551,7 @@ TEST(SparseUmtv, GivesTheBitsOfThePlainLoopForColumnsOfYThatShareASetOfTheCache)
     for (int n : {512, 1024})
         for (int nrhs = 1; nrhs <= 17; ++nrhs) {
             auto random = generator(static_cast<std::uint64_t>(n + nrhs));
-            const int m = 20;
+            const int m = 75;
             const Matrix matrix(m, n, 40 * m, Rows::Ascending, 0, random, Data::Special);
             Guarded<double> x(m * nrhs), expected(n * nrhs), actual(n * nrhs);
             fill(x, random, Data::Special);

@@ -64,10 +64,6 @@ struct Width
     static constexpr int value = N;
 };
 
-/// Columns of a block that start this many elements apart, or a multiple, lie in the same set of a first
-/// cache.
-constexpr int64_t ColumnsApart = 512;
-
 /// Cuts nrhs columns into blocks of eight, or of four if narrow, and one narrower last block: calls
 /// block(Width<w>(), k) for each block of columns k..k+w-1, left to right.
 template <class Block>

@@ -53,12 +53,12 @@ BLA_BODY void scatter_row(const CompressedRows& a, int64_t start, int64_t end, c
     }
 }
 
-/// Rows row_of(0..count-1) into the W columns of Y from column k on.
+/// Rows row_of(first..last-1) into the W columns of Y from column k on.
 template <bool PlusZero, int W, class RowOf>
-BLA_BODY void scatter_block(const CompressedRows& a, const real* x, int64_t count, real* y, int64_t n,
-                            int64_t k, RowOf row_of)
+BLA_BODY void scatter_block(const CompressedRows& a, int64_t first, int64_t last, const real* x,
+                            int64_t count, real* y, int64_t n, int64_t k, RowOf row_of)
 {
-    for (int64_t s = 0; s < count; ++s) {
+    for (int64_t s = first; s < last; ++s) {
         const int64_t row = row_of(s), start = a.start[row], end = a.start[row + 1];
         if (start >= end)
             continue;
@@ -94,13 +94,21 @@ BLA_BODY void scatter_rows(const CompressedRows& a, const real* x, int64_t count
         for (int64_t i = 0; i < n * nrhs; ++i)
             y[i] = zero;
     const bool plus_zero = nrhs <= 2 || n < 1 || denormals_are_lost();
-    for_column_blocks(
-        nrhs,
-        [=]<int W>(Width<W>, int64_t k) {
-            if (W > 2 && !plus_zero)
-                scatter_block<false, W>(a, x, count, y, n, k, row_of);
-            else
-                scatter_block<true, W>(a, x, count, y, n, k, row_of);
-        },
-        n >= 1 && n % ColumnsApart == 0);
+    // Columns of Y a number of pages apart fall into the same set of the first cache, which eight would fill.
+    // Four at a time take some rows, as long as these are in a cache, before the next four do.
+    constexpr int64_t ColumnsApart = 512, RowsAtATime = 32;
+    const bool narrow = n >= 1 && n % ColumnsApart == 0;
+    const int64_t rows = narrow && nrhs > 4 ? RowsAtATime : count;
+    for (int64_t first = 0; first < count; first += rows) {
+        const int64_t last = first + rows < count ? first + rows : count;
+        for_column_blocks(
+            nrhs,
+            [=]<int W>(Width<W>, int64_t k) {
+                if (W > 2 && !plus_zero)
+                    scatter_block<false, W>(a, first, last, x, count, y, n, k, row_of);
+                else
+                    scatter_block<true, W>(a, first, last, x, count, y, n, k, row_of);
+            },
+            narrow);
+    }
 }
