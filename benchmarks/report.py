@@ -6,10 +6,10 @@ usage: report.py BENCHMARK... [--families REGEX] [--repetitions N] [--threads N]
        report.py BENCHMARK --small-calls [--families REGEX]
 
 A line is one family and size. Its variants run in one process of their own, several times, interleaved at random where
-the BLAS has one thread; the best of each counts. Prints every line with the ratios kernel/peer, the targets of targets.txt for this family of
-processors and whether they are reached. --json keeps the rates, which --rates judges again
-instead of measuring; --svg draws them over the size, --panel the ratios of a few lines beside those of the other family. --small-calls compares calls on tiny
-blocks with the plain loops behind the same interface.
+the BLAS has one thread; the best of each counts. Prints every line with the ratios kernel/peer, the targets of
+targets.txt for this family of processors and whether they are reached. --json keeps the rates, which --rates judges
+again instead of measuring; --svg draws them over the size, --panel the ratios of a few lines beside those of the other
+family. --small-calls compares calls on tiny blocks with the plain loops behind the same interface.
 """
 import argparse
 import collections
