@@ -69,6 +69,9 @@ constexpr double FlopsPerRound = 12 * 2 * 4;
 /// Vector divisions on registers.
 double divide(int rounds);
 constexpr double DivisionsPerRound = 8 * 4;
+/// Integer products, each of the one before: three cycles each, so that rates can be told a cycle.
+void wait_for_products(int rounds);
+constexpr double CyclesPerRound = 3 * 100;
 } // namespace limit
 
 } // namespace bench

@@ -76,6 +76,13 @@ namespace limit {
     return quotients.total();
 }
 
+void wait_for_products(int rounds)
+{
+    std::uint64_t x = 3;
+    for (int round = 0; round < rounds; ++round)
+        __asm__ volatile(".rept 100\n\timulq %0, %0\n\t.endr" : "+r"(x));
+}
+
 } // namespace limit
 
 void add_limits()
@@ -85,6 +92,9 @@ void add_limits()
     });
     add("limits/registers/divide", 1000 * limit::DivisionsPerRound, [] {
         return Job{[] {}, [] { limit::divide(1000); }};
+    });
+    add("limits/registers/cycles", 1000 * limit::CyclesPerRound, [] {
+        return Job{[] {}, [] { limit::wait_for_products(1000); }};
     });
 }
 

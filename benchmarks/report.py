@@ -2,33 +2,52 @@
 """Runs the benchmarks line by line and compares rates within each line.
 
 usage: report.py BENCHMARK... [--families REGEX] [--repetitions N] [--threads N] [--behind BYTES]
-                 [--json FILE] [--markdown FILE] [--svg FILE]
+                 [--json FILE] [--markdown FILE] [--svg FILE] [--panel FILE] [--rates FILE]
        report.py BENCHMARK --small-calls [--families REGEX]
 
 A line is one family and size. Its variants run in one process of their own, several times, interleaved at random where
-the BLAS has one thread; the best of each counts. Prints every line with the ratios kernel/peer, the targets of targets.txt and whether they are
-reached. --json keeps the rates, --svg draws them over the size. --small-calls compares calls on tiny
-blocks with the plain loops behind the same interface.
+the BLAS has one thread; the best of each counts. Prints every line with the ratios kernel/peer, the targets of
+targets.txt for this family of processors and whether they are reached. --json keeps the rates, which --rates judges
+again instead of measuring; --svg draws them over the size, --panel the ratios of a few lines beside those of the other
+family. --small-calls compares calls on tiny blocks with the plain loops behind the same interface.
 """
 import argparse
 import collections
+import datetime
 import json
 import os
 import re
 import subprocess
 import sys
 
+import machine
+
 HERE = os.path.dirname(os.path.abspath(__file__))
 
 
 def read_targets():
-    """{line: {peer: ratio}}"""
-    targets = collections.OrderedDict()
+    """(families of processors, {family or None for all: {line: {peer: ratio}}})"""
+    families, targets, section = [], collections.defaultdict(collections.OrderedDict), None
     for text in open(os.path.join(HERE, "targets.txt"), encoding="utf-8"):
         words = text.split("#")[0].split()
-        if words:
-            targets[words[0]] = {peer: float(ratio) for peer, ratio in zip(words[1::2], words[2::2])}
-    return targets
+        if not words:
+            continue
+        if words[0] == "family":
+            families.append(machine.Family(words[1], words[2], float(words[3]), int(words[4])))
+        elif words[0] == "only":
+            section = words[1]
+        else:
+            targets[section][words[0]] = {peer: float(ratio) for peer, ratio in zip(words[1::2], words[2::2])}
+    return families, targets
+
+
+def targets_of(targets, family):
+    """{line: {peer: ratio}}: those for all, changed by those of the family; a ratio of 0 takes a target away."""
+    merged = collections.OrderedDict((line, dict(wanted)) for line, wanted in targets[None].items())
+    for line, wanted in targets[family].items():
+        merged.setdefault(line, {}).update(wanted)
+    merged = {line: {peer: ratio for peer, ratio in wanted.items() if ratio > 0} for line, wanted in merged.items()}
+    return {line: wanted for line, wanted in merged.items() if wanted}
 
 
 def list_lines(programs, families):
@@ -134,17 +153,67 @@ def draw(path, results):
     figure.savefig(path)
 
 
+# What a reader wants to know first: a kernel at a size, and the peers of which the best counts.
+PANEL = (("selim_small/32", "blac_selim_small_, 32"), ("selim_small/128", "blac_selim_small_, 128"),
+         ("uelim_small/32", "blac_uelim_small_, 32"), ("uelim_small/128", "blac_uelim_small_, 128"),
+         ("selim/1000", "blac_selim_, 1000"), ("selim/4000", "blac_selim_, 4000"), ("uelim/1000", "blac_uelim_, 1000"),
+         ("cholupd/256", "blac_cholupd_, 256"), ("cholupd/1000", "blac_cholupd_, 1000"),
+         ("dchud/256", "blac_dchud_, 256"), ("dchdd/256", "blac_dchdd_, 256"),
+         ("sparse_umv/elasticity_42MB_nrhs2", "blac_sparse_umv_, 2 vectors"),
+         ("sparse_umv/elasticity_42MB_nrhs8", "blac_sparse_umv_, 8 vectors"),
+         ("sparse_umtv/elasticity_42MB_nrhs1", "blac_sparse_umtv_, 1 vector"),
+         ("sparse_umtv/elasticity_42MB_nrhs8", "blac_sparse_umtv_, 8 vectors"),
+         ("datcpy/200_ld200", "blac_datcpy_, 200"), ("datcpy/6000_ld6000", "blac_datcpy_, 6000"))
+BOUNDS = ("limit", "copy", "add", "dgemm", "memset")  # what nothing passes, and plain copies: no peers
+OTHER_BITS = {"cholupd": ("eigen",)}  # peers that compute something else
+
+
+def over_best_peer(line, ratios):
+    """The kernel over the best peer that does its work, or None."""
+    out = BOUNDS + OTHER_BITS.get(line.split("/")[0], ())
+    peers = [ratio for peer, ratio in ratios.items() if peer not in out]
+    return min(peers) if peers else None
+
+
+def ratios_of(rates):
+    best = best_variant(rates)
+    return {v: rates[best] / r for v, r in rates.items() if v != best and not v.startswith("nb") and v != "vector"}
+
+
+def draw_panel(path, results, label):
+    """Kernel over best peer, a row a kernel, a mark a family of processors."""
+    import matplotlib
+    matplotlib.use("Agg")
+    import matplotlib.pyplot as plt
+    matplotlib.rcParams["svg.fonttype"] = "none"
+
+    with open(os.path.join(HERE, "..", "docs", "speed-zen4.json"), encoding="utf-8") as file:
+        other = json.load(file)
+    here = {line: ratios_of(rates) for line, rates in results.items()}
+    figure, axis = plt.subplots(figsize=(8, 5))
+    for ratios, name, style in ((here, label, {"marker": "o", "color": "black"}),
+                                (other["ratios"], f"AMD Zen 4, {other['date']},\nbefore today's forms",
+                                 {"marker": "o", "facecolors": "none", "edgecolors": "tab:red"})):
+        points = [(over_best_peer(line, ratios[line]), -row) for row, (line, _) in enumerate(PANEL) if line in ratios]
+        axis.scatter(*zip(*[p for p in points if p[0]]), s=28, label=name, **style)
+    axis.axvline(1.0, color="gray", linewidth=0.8)
+    axis.set_xscale("log")
+    ticks = (0.5, 0.7, 1, 1.5, 2, 3, 4)
+    axis.set_xticks(ticks, [f"{t:g}" for t in ticks])
+    axis.minorticks_off()
+    axis.set_yticks([-row for row in range(len(PANEL))], [label for _, label in PANEL])
+    axis.set_xlabel("times as fast as the best peer (plain loop, OpenBLAS, Eigen, CHOLMOD, qrupdate)")
+    axis.set_ylabel("kernel, size")
+    axis.grid(axis="y", linewidth=0.3)
+    axis.legend(loc="center left", bbox_to_anchor=(1.01, 0.5), frameon=False)
+    figure.tight_layout()
+    figure.savefig(path)
+
+
 def compare_small_calls(benchmark, families):
     """Runs the comparison of calls on tiny blocks and returns its exit status."""
     program = os.path.join(os.path.dirname(benchmark), "bla_small_calls")
     return subprocess.run([program] + ([f"--families={families}"] if families else [])).returncode
-
-
-def machine_name():
-    for text in open("/proc/cpuinfo", encoding="utf-8"):
-        if text.startswith("model name"):
-            return text.split(":")[1].strip()
-    return "unknown processor"
 
 
 def main():
@@ -160,36 +229,57 @@ def main():
     parser.add_argument("--json", help="write the rates to this file")
     parser.add_argument("--markdown", help="write the table to this file")
     parser.add_argument("--svg", help="draw the curves into this file")
+    parser.add_argument("--panel", help="draw kernel over best peer into this file, beside the other family's figures")
+    parser.add_argument("--rates", help="judge the rates that --json has kept in this file")
     arguments = parser.parse_args()
 
     if arguments.small_calls:
         sys.exit(compare_small_calls(arguments.programs[0], arguments.families))
 
-    targets = read_targets()
+    if "OPENBLAS_CORETYPE" not in os.environ:
+        mistaken = machine.better_core(arguments.programs[0])
+        if mistaken:
+            print(f"OpenBLAS takes this processor for a {mistaken[0]}: OPENBLAS_CORETYPE={mistaken[1]}")
+            os.environ["OPENBLAS_CORETYPE"] = mistaken[1]
+    families, all_targets = read_targets()
+    facts = (machine.processor("vendor_id"), machine.pairs_a_cycle(arguments.programs[0]), machine.first_cache())
+    family, agrees = machine.choose_family(families, *facts)
+    targets = targets_of(all_targets, family.name)
+    judged = (f"targets of {family.name}{'' if agrees else ', the nearest'}: {facts[0]}, {facts[1]:.2f} pairs of product and "
+              f"difference a cycle, first cache of {facts[2]} KB")
+    print(f"{machine.name()}\n{judged}")
     lines = list_lines(arguments.programs, arguments.families)
     unknown = [line for line in targets if not arguments.families and line not in lines]
     if unknown:
         sys.exit(f"targets without a line: {', '.join(unknown)}")
 
+    kept = None
+    if arguments.rates:
+        with open(arguments.rates, encoding="utf-8") as file:
+            kept = json.load(file)
+        lines = {line: program for line, program in lines.items() if line in kept}
     results = collections.OrderedDict()
     rows, reached, wanted = [], 0, 0
     print_row(HEADER)
     for line, program in lines.items():
-        results[line] = measure(program, line, arguments.repetitions, arguments.threads, arguments.behind)
+        results[line] = kept[line] if kept else measure(program, line, arguments.repetitions, arguments.threads,
+                                                       arguments.behind)
         row, good = describe(line, results[line], targets)
         print_row(row)
         rows.append(row)
         wanted += line in targets
         reached += line in targets and good
-    print(f"\n{reached} of {wanted} lines with a target reach all of it ({machine_name()}, "
+    print(f"\n{reached} of {wanted} lines with a target reach all of it ({family.name}, "
           f"BLAS threads: {arguments.threads})")
     if arguments.json:
         with open(arguments.json, "w", encoding="utf-8") as out:
             json.dump(results, out, indent=1)
     if arguments.markdown:
-        write_markdown(arguments.markdown, rows, machine_name())
+        write_markdown(arguments.markdown, rows, f"{machine.name()}; {judged}")
     if arguments.svg:
         draw(arguments.svg, results)
+    if arguments.panel:
+        draw_panel(arguments.panel, results, f"{family.name.replace('_', ' ').title()}, {datetime.date.today()}")
 
 
 if __name__ == "__main__":

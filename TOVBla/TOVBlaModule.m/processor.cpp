@@ -60,3 +60,30 @@ void bla_fill_feature_word()
 {
     __atomic_store_n(&bla_feature_word, bla_feature_word_of(read_processor()), __ATOMIC_RELAXED);
 }
+
+std::int64_t bla_cache_bytes_of(const CacheRegisters& r)
+{
+    if ((r.eax & 31) == 0)
+        return 0;
+    const std::int64_t line = (r.ebx & 0xfff) + 1, partitions = (r.ebx >> 12 & 0x3ff) + 1,
+                       ways = (r.ebx >> 22) + 1, sets = std::int64_t{r.ecx} + 1;
+    return line * partitions * ways * sets;
+}
+
+std::int64_t bla_last_cache()
+{
+    constexpr unsigned Leaves[] = {4, 0x8000001D}, MostCaches = 8;
+    std::int64_t largest = 0;
+    for (const unsigned leaf : Leaves)
+        for (unsigned subleaf = 0; subleaf < MostCaches; ++subleaf) {
+            unsigned eax = 0, ebx = 0, ecx = 0, edx = 0;
+            if (!__get_cpuid_count(leaf, subleaf, &eax, &ebx, &ecx, &edx))
+                break;
+            const std::int64_t bytes = bla_cache_bytes_of({eax, ebx, ecx});
+            if (bytes == 0)
+                break;
+            largest = bytes > largest ? bytes : largest;
+        }
+    constexpr std::int64_t Unknown = std::int64_t{32} << 20;
+    return largest > 0 ? largest : Unknown;
+}

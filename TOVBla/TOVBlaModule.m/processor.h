@@ -50,6 +50,19 @@ struct ProcessorRegisters
 /// The feature word that these registers amount to.
 std::uint32_t bla_feature_word_of(const ProcessorRegisters& registers);
 
+/// What one subleaf of leaf 4, or of leaf 0x8000001D, says about a cache.
+struct CacheRegisters
+{
+    std::uint32_t eax, ebx, ecx;
+};
+
+/// Bytes of the cache that these registers describe; 0 if they describe none.
+std::int64_t bla_cache_bytes_of(const CacheRegisters& registers);
+
+/// Bytes of this processor's largest cache, asked anew at every call, some microseconds; 32 MiB where it does
+/// not tell.
+std::int64_t bla_last_cache();
+
 extern "C" {
 /// The feature word of this process: 0 until the first call of a tiered kernel, settled from then on.
 extern std::uint32_t bla_feature_word;

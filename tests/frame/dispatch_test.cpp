@@ -2,6 +2,9 @@
 #include "TOVBlaModule.h"
 #include "bits.h"
 
+#include <algorithm>
+#include <unistd.h>
+
 #include "../../TOVBla/TOVBlaCore.m/private/tiers.h"
 
 namespace {
@@ -179,6 +182,25 @@ TEST(FeatureWord, AgreesWithTheCompilersRuntimeOnThisProcessor)
     EXPECT_EQ(has(feature::BMI), __builtin_cpu_supports("bmi") != 0);
     EXPECT_EQ(has(feature::POPCNT), __builtin_cpu_supports("popcnt") != 0);
     EXPECT_EQ(has(feature::SSE42), __builtin_cpu_supports("sse4.2") != 0);
+}
+
+TEST(Caches, AreAsLargeAsTheirLinesPartitionsWaysAndSets)
+{
+    // 48 KiB of 64-byte lines, 12 ways, 64 sets; 32 MiB, 16 ways; 5 ways in 3 partitions.
+    EXPECT_EQ(bla_cache_bytes_of({0x121, 11u << 22 | 63, 63}), 48 << 10);
+    EXPECT_EQ(bla_cache_bytes_of({0x163, 15u << 22 | 63, 32767}), 32 << 20);
+    EXPECT_EQ(bla_cache_bytes_of({0x163, 4u << 22 | 2u << 12 | 63, 6}), 64 * 5 * 3 * 7);
+    EXPECT_EQ(bla_cache_bytes_of({0x163, 0xffffffff, 0xffffffff}), std::int64_t{4096} * 1024 * 1024 << 32)
+        << "64 bits";
+    EXPECT_EQ(bla_cache_bytes_of({0, 15u << 22 | 63, 32767}), 0) << "type 0: no more caches";
+}
+
+TEST(Caches, TheLastOneIsTheLargestThatTheSystemSees)
+{
+    const std::int64_t seen = std::max(sysconf(_SC_LEVEL2_CACHE_SIZE), sysconf(_SC_LEVEL3_CACHE_SIZE));
+    if (seen <= 0)
+        GTEST_SKIP() << "the system does not tell";
+    EXPECT_EQ(bla_last_cache(), seen);
 }
 
 } // namespace

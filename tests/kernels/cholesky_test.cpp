@@ -132,6 +132,81 @@ TEST(Cholupd, IsRefusedAtEachColumnOfASweepWithTheEarlierColumnsFinished)
     });
 }
 
+TEST(Cholupd, GoesOnBeyondTheRowsWhereNeitherCountIsBoundedByThem)
+{
+    on_every_tier([] {
+        for (int n : {1, 5, 8, 9, 20})
+            for (char job : {'P', 'N'}) {
+                const int columns = n + 3, ld = n + 4;
+                const double tol = 0.0;
+                auto random = generator(static_cast<std::uint64_t>(n));
+                Guarded<double> expected(extent(columns, columns, ld)), actual(extent(columns, columns, ld)),
+                    x(columns), y(columns);
+                fill_factor(expected, columns, ld, random, Data::Ordinary);
+                for (int i = 0; i < columns; ++i)
+                    x.set(i, 0.05 * ordinary(random));
+                copy(expected, actual);
+                copy(x, y);
+                int info = -1;
+                ASSERT_EQ(reference::cholupd(job, n, columns, columns, expected, ld, x, tol), 0);
+                blac_cholupd_(&job, &n, &columns, &columns, actual, &ld, y, &tol, &info);
+                ASSERT_EQ(info, 0);
+                ASSERT_TRUE(same_memory(expected, actual)) << n << job;
+                ASSERT_TRUE(same_memory(x, y)) << n << job;
+            }
+    });
+}
+
+// Long columns go four at a time.
+TEST(Cholupd, GivesTheBitsOfThePlainLoopForLongColumns)
+{
+    on_every_tier([] {
+        std::uint64_t number = 0;
+        for (int n : {513, 516, 519, 530, 1031})
+            for (char job : {'P', 'N'})
+                for (int nlead : {0, 7, n})
+                    for (int ncol : {n, 10}) {
+                        SCOPED_TRACE(::testing::Message() << "job " << job << ", n " << n << ", nlead "
+                                                          << nlead << ", ncol " << ncol);
+                        compare_cholupd({job, n, nlead, ncol, 0.0}, n + 1, 8, Data::Ordinary, 0.01, ++number);
+                        if (::testing::Test::HasFatalFailure())
+                            return;
+                    }
+    });
+}
+
+TEST(Cholupd, IsRefusedAtEachOfFourLongColumnsWithTheEarlierColumnsFinished)
+{
+    on_every_tier([] {
+        const int n = 523, ld = 524;
+        const double tol = 0.0;
+        for (int refused : {1, 2, 3, 4, 5, 8, 9, 10, 11, 12, 13, 14}) {
+            SCOPED_TRACE(refused);
+            auto random = generator(static_cast<std::uint64_t>(refused));
+            Guarded<double> expected(extent(n, n, ld)), actual(extent(n, n, ld)), x(n), y(n);
+            fill_factor(expected, n, ld, random, Data::Ordinary);
+            for (int i = 0; i < n; ++i)
+                x.set(i, 0.01 * ordinary(random));
+            const int before = refused - 1;
+            { // x as it reaches the column that shall refuse
+                Guarded<double> l(extent(n, n, ld)), z(n);
+                copy(expected, l);
+                copy(x, z);
+                ASSERT_EQ(reference::cholupd('N', n, n, before, l, ld, z, tol), 0);
+                expected.set(std::int64_t{before} * (ld + 1), z.get(before));
+            }
+            copy(expected, actual);
+            copy(x, y);
+            int info = -1;
+            ASSERT_EQ(reference::cholupd('N', n, n, n, expected, ld, x, tol), refused);
+            blac_cholupd_("N", &n, &n, &n, actual, &ld, y, &tol, &info);
+            ASSERT_EQ(info, refused);
+            ASSERT_TRUE(same_memory(expected, actual));
+            ASSERT_TRUE(same_memory(x, y));
+        }
+    });
+}
+
 // A 3×3 factor and a vector that leave nothing to rounding.
 struct Small
 {

@@ -463,6 +463,125 @@ TEST(SparseUmtv, AddsToYWithoutClearingItWhenNIsBelowOne)
             }
 }
 
+// Denormals treated as this thread's control word says while it lives: results flushed (0x8000), operands
+// taken for zero (0x0040).
+class Denormals
+{
+public:
+    explicit Denormals(unsigned bits) : before_(__builtin_ia32_stmxcsr())
+    {
+        __builtin_ia32_ldmxcsr((before_ & ~0x8040u) | bits);
+    }
+    ~Denormals() { __builtin_ia32_ldmxcsr(before_); }
+    Denormals(const Denormals&) = delete;
+    Denormals& operator=(const Denormals&) = delete;
+
+private:
+    unsigned before_;
+};
+
+constexpr unsigned TreatmentsOfDenormals[] = {0x0000, 0x8000, 0x0040, 0x8040};
+
+TEST(SparseUmtv, AddsPlusZeroToAProductOfMinusZeroAlsoWhereATinySumBecameMinusZero)
+{
+    // 2⁻¹⁰²² - 1.5·2⁻¹⁰²² is -2⁻¹⁰²³, or -0 where results are flushed; then comes a product of -0. Where
+    // operands are taken for zero, the sum of +0 and -2⁻¹⁰²³ is +0.
+    for (unsigned treatment : TreatmentsOfDenormals)
+        for (int nrhs = 1; nrhs <= 17; ++nrhs)
+            for (bool neighbours : {false, true}) {
+                const std::vector<double> x(static_cast<std::size_t>(3 * nrhs), 1.0);
+                const Written w =
+                    neighbours ? Written{{0, 2, 4, 6},
+                                         {0, 1, 0, 1, 0, 1},
+                                         {0x1p-1022, 0x1p-1022, -0x1.8p-1022, -0x1.8p-1022, -0.0, -0.0}}
+                               : Written{{0, 1, 2, 3}, {0, 0, 0}, {0x1p-1022, -0x1.8p-1022, -0.0}};
+                std::vector<double> full, listed;
+                {
+                    const Denormals denormals(treatment);
+                    full = umtv(w, 2, x, nrhs);
+                    listed = sparse_umtv(w, 2, {0, 1, 2}, x, nrhs);
+                }
+                const double sum = treatment == 0 ? -0x1p-1023 : 0.0;
+                for (int k = 0; k < nrhs; ++k) {
+                    ASSERT_EQ(bits(full[static_cast<std::size_t>(2 * k)]), bits(sum))
+                        << std::hex << treatment << ", nrhs " << std::dec << nrhs;
+                    ASSERT_EQ(bits(listed[static_cast<std::size_t>(2 * k)]), bits(sum));
+                }
+            }
+}
+
+TEST(SparseUmtv, GivesTheBitsOfThePlainLoopInEveryRoundingModeAndTreatmentOfDenormals)
+{
+    int lost = 0; // results that the treatment changed
+    for (unsigned treatment : TreatmentsOfDenormals)
+        for (int mode : {FE_TONEAREST, FE_DOWNWARD, FE_UPWARD, FE_TOWARDZERO})
+            for (int nrhs = 1; nrhs <= 17; ++nrhs) {
+                auto random = generator(static_cast<std::uint64_t>(nrhs));
+                const int m = 40, n = 5;
+                const Matrix matrix(m, n, 8 * m, Rows::Ascending, 0, random, Data::Ordinary);
+                Guarded<double> x(m * nrhs), expected(n * nrhs), actual(n * nrhs), listed(n * nrhs),
+                    ieee(n * nrhs);
+                for (int i = 0; i < x.size(); ++i) // products and sums of few different sizes about 2⁻¹⁰²²
+                    x.set(i, static_cast<double>(static_cast<int>(random() % 5) - 2) * 0x1p-1022);
+                for (int p = 0; p < matrix.a.size(); ++p)
+                    matrix.a.set(p, static_cast<double>(static_cast<int>(random() % 9) - 4) / 8.0);
+                std::vector<int> list(static_cast<std::size_t>(m));
+                for (int i = 0; i < m; ++i)
+                    list[static_cast<std::size_t>(i)] = i;
+                reference::sparse_umtv(matrix.a, x, matrix.ia, matrix.ja, ieee, m, n, nrhs);
+                {
+                    const Denormals denormals(treatment);
+                    std::fesetround(mode);
+                    reference::sparse_umtv(matrix.a, x, matrix.ia, matrix.ja, expected, m, n, nrhs);
+                    blac_sparse_umtv_(matrix.a, x, matrix.ia, matrix.ja, actual, &m, &n, &nrhs);
+                    blac_sparse_sparse_umtv_(matrix.a, x, matrix.ia, matrix.ja, listed, &m, &n, &nrhs,
+                                             list.data());
+                    std::fesetround(FE_TONEAREST);
+                }
+                ASSERT_TRUE(same_memory(expected, actual)) << std::hex << treatment << ' ' << mode;
+                ASSERT_TRUE(same_memory(expected, listed)) << std::hex << treatment << ' ' << mode;
+                lost += !same_memory(expected, ieee);
+            }
+    EXPECT_GT(lost, 100) << "the data do not reach what is tested";
+}
+
+// Columns of Y a whole number of pages apart go four at a time.
+TEST(SparseUmtv, GivesTheBitsOfThePlainLoopForColumnsOfYThatShareASetOfTheCache)
+{
+    for (int n : {512, 1024})
+        for (int nrhs = 1; nrhs <= 17; ++nrhs) {
+            auto random = generator(static_cast<std::uint64_t>(n + nrhs));
+            const int m = 75;
+            const Matrix matrix(m, n, 40 * m, Rows::Ascending, 0, random, Data::Special);
+            Guarded<double> x(m * nrhs), expected(n * nrhs), actual(n * nrhs);
+            fill(x, random, Data::Special);
+            reference::sparse_umtv(matrix.a, x, matrix.ia, matrix.ja, expected, m, n, nrhs);
+            blac_sparse_umtv_(matrix.a, x, matrix.ia, matrix.ja, actual, &m, &n, &nrhs);
+            ASSERT_TRUE(same_memory(expected, actual)) << "n " << n << ", nrhs " << nrhs;
+        }
+}
+
+// More entries than a cache holds, in rows of unequal length: what comes later is asked for.
+TEST(SparseProducts, GiveTheBitsOfThePlainLoopsForLargeMatrices)
+{
+    auto random = generator(5);
+    const int m = 3001, n = 700, entries = 150000;
+    const Matrix matrix(m, n, entries, Rows::Ascending, 0, random, Data::Ordinary);
+    matrix.ia.set(0, 0);
+    matrix.ia.set(m, entries);
+    for (int nrhs : {1, 2, 3, 4, 8, 11}) {
+        Guarded<double> x(m * nrhs), expected(m * nrhs), actual(m * nrhs);
+        fill(x, random, Data::Ordinary);
+        reference::sparse_umv(matrix.a, x, matrix.ia, matrix.ja, expected, m, n, nrhs);
+        blac_sparse_umv_(matrix.a, x, matrix.ia, matrix.ja, actual, &m, &n, &nrhs);
+        ASSERT_TRUE(same_memory(expected, actual)) << nrhs;
+        Guarded<double> expected_t(n * nrhs), actual_t(n * nrhs);
+        reference::sparse_umtv(matrix.a, x, matrix.ia, matrix.ja, expected_t, m, n, nrhs);
+        blac_sparse_umtv_(matrix.a, x, matrix.ia, matrix.ja, actual_t, &m, &n, &nrhs);
+        ASSERT_TRUE(same_memory(expected_t, actual_t)) << nrhs;
+    }
+}
+
 TEST(SparseUmtv, RoundsEachProductBeforeItIsAdded)
 {
     for (int nrhs = 1; nrhs <= 9; ++nrhs) {

@@ -41,6 +41,19 @@ BLA_BODY void prefetch_entries(const CompressedRows& a, int64_t start, int64_t e
         __builtin_prefetch(a.column + p);
 }
 
+/// The same for a turn of as many entries as a line has columns, so that requests are spread over the row.
+/// With more columns of X a turn takes longer: the fewer entries ahead.
+constexpr int64_t EntriesPerTurn = ColumnsPerLine;
+
+BLA_BODY void prefetch_turn(const CompressedRows& a, int64_t first, int64_t ahead)
+{
+    if (!a.far)
+        return;
+    __builtin_prefetch(a.value + first + ahead);
+    __builtin_prefetch(a.value + first + ahead + ValuesPerLine);
+    __builtin_prefetch(a.column + first + ahead);
+}
+
 /// Two doubles in a register.
 typedef double pair __attribute__((vector_size(16)));
 
@@ -51,12 +64,15 @@ struct Width
     static constexpr int value = N;
 };
 
-/// Cuts nrhs columns into blocks of eight and one narrower last block: calls block(Width<w>(), k) for each
-/// block of columns k..k+w-1, left to right.
+/// Cuts nrhs columns into blocks of eight, or of four if narrow, and one narrower last block: calls
+/// block(Width<w>(), k) for each block of columns k..k+w-1, left to right.
 template <class Block>
-BLA_BODY void for_column_blocks(int64_t nrhs, Block block)
+BLA_BODY void for_column_blocks(int64_t nrhs, Block block, bool narrow = false)
 {
     int64_t k = 0;
+    if (narrow)
+        for (; k + 4 <= nrhs; k += 4)
+            block(Width<4>(), k);
     for (; k + 8 <= nrhs; k += 8)
         block(Width<8>(), k);
     switch (nrhs - k) {

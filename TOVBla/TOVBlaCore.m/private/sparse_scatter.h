@@ -6,11 +6,84 @@
 /// Two neighbouring elements of a caller's array.
 typedef double pair_in_memory __attribute__((vector_size(16), aligned(1), may_alias));
 
+/// Adds entry p to its element of W columns of Y, which start n apart.
+template <bool PlusZero, int W>
+BLA_BODY void scatter_entry(const CompressedRows& a, int64_t p, const double (&x)[W], real* y, int64_t n)
+{
+    const double value = a.value[p];
+    real* const yj = y + a.column[p];
+    for (int c = 0; c < W; ++c)
+        yj[c * n] = (PlusZero ? value * x[c] + 0.0 : value * x[c]) + yj[c * n];
+}
+
+/// Adds the entries start..end-1 of one row, of which x holds the row of X. One or two columns go entry by
+/// entry, four at a time; from three on, two entries that meet neighbours in Y go together.
+template <bool PlusZero, int W>
+BLA_BODY void scatter_row(const CompressedRows& a, int64_t start, int64_t end, const double (&x)[W], real* y,
+                          int64_t n)
+{
+    int64_t p = start;
+    for (int64_t first = start; first < end; first += EntriesPerTurn) {
+        prefetch_turn(a, first, EntriesAhead / 2 / W);
+        const int64_t last = first + EntriesPerTurn < end ? first + EntriesPerTurn : end;
+        if constexpr (W <= 2) {
+            for (; p + 4 <= last; p += 4)
+                for (int64_t q = 0; q < 4; ++q)
+                    scatter_entry<PlusZero>(a, p + q, x, y, n);
+            for (; p < last; ++p)
+                scatter_entry<PlusZero>(a, p, x, y, n);
+        } else {
+            while (p < last) {
+                const int64_t j = a.column[p];
+                if (p + 1 < end && a.column[p + 1] == j + 1) {
+                    const pair values = {a.value[p], a.value[p + 1]};
+                    real* const yj = y + j;
+                    for (int c = 0; c < W; ++c) {
+                        pair_in_memory& yc = *reinterpret_cast<pair_in_memory*>(yj + c * n);
+                        const pair products = values * pair{x[c], x[c]};
+                        yc = (PlusZero ? products + 0.0 : products) + yc;
+                    }
+                    p += 2;
+                } else {
+                    scatter_entry<PlusZero>(a, p, x, y, n);
+                    ++p;
+                }
+            }
+        }
+    }
+}
+
+/// Rows row_of(first..last-1) into the W columns of Y from column k on.
+template <bool PlusZero, int W, class RowOf>
+BLA_BODY void scatter_block(const CompressedRows& a, int64_t first, int64_t last, const real* x,
+                            int64_t count, real* y, int64_t n, int64_t k, RowOf row_of)
+{
+    for (int64_t s = first; s < last; ++s) {
+        const int64_t row = row_of(s), start = a.start[row], end = a.start[row + 1];
+        if (start >= end)
+            continue;
+        double xs[W];
+        for (int c = 0; c < W; ++c)
+            xs[c] = x[s + (k + c) * count];
+        scatter_row<PlusZero>(a, start, end, xs, y + k * n, n);
+    }
+}
+
+/// Whether the processor takes tiny results or operands for zero.
+BLA_BODY bool denormals_are_lost()
+{
+    constexpr unsigned FlushToZero = 0x8000, DenormalsAreZero = 0x0040;
+    return (__builtin_ia32_stmxcsr() & (FlushToZero | DenormalsAreZero)) != 0;
+}
+
 /// Y := Σ (row row_of(s) of A)ᵀ·(row s of X) over s = 0..count-1, A by rows with n columns, X count×nrhs,
-/// Y n×nrhs. An element of Y sums its products in the order of s and then of storage.
+/// Y n×nrhs. An element of Y sums its products in the order of s and then of storage, each as
+/// (product + 0.0) + y.
 ///
-/// The + 0.0 turns a product of -0 into +0; it shows where Y is not cleared (n < 1, when the caller's Y is
-/// added to) and must stay.
+/// The + 0.0 turns a product of -0 into +0, which shows where y is -0: in a Y that is not cleared (n < 1,
+/// when the caller's Y is added to), and where a tiny negative sum became -0 because denormals are lost. Else
+/// it changes no bit: from +0 on, no sum is -0 but one that is rounded downwards, and there -0 + 0.0 = -0.
+/// Asking the processor takes as long as it saves with one or two columns.
 template <class RowOf>
 BLA_BODY void scatter_rows(const CompressedRows& a, const real* x, int64_t count, real* y, int64_t n,
                            int64_t nrhs, RowOf row_of)
@@ -20,33 +93,22 @@ BLA_BODY void scatter_rows(const CompressedRows& a, const real* x, int64_t count
     if (n >= 1)
         for (int64_t i = 0; i < n * nrhs; ++i)
             y[i] = zero;
-    for_column_blocks(nrhs, [=]<int W>(Width<W>, int64_t k) {
-        for (int64_t s = 0; s < count; ++s) {
-            const int64_t row = row_of(s), end = a.start[row + 1];
-            int64_t p = a.start[row];
-            if (p >= end)
-                continue;
-            prefetch_entries(a, p, end);
-            double xs[W];
-            for (int c = 0; c < W; ++c)
-                xs[c] = x[s + (k + c) * count];
-            for (; p < end; ++p) {
-                const int64_t j = a.column[p];
-                real* const yj = y + k * n + j;
-                // Two entries that meet neighbours in Y go together; a single column gains nothing from it.
-                if (W > 1 && p + 1 < end && a.column[p + 1] == j + 1) {
-                    const pair values = {a.value[p], a.value[p + 1]};
-                    for (int c = 0; c < W; ++c) {
-                        pair_in_memory& yc = *reinterpret_cast<pair_in_memory*>(yj + c * n);
-                        yc = (values * pair{xs[c], xs[c]} + 0.0) + yc;
-                    }
-                    ++p;
-                } else {
-                    const double value = a.value[p];
-                    for (int c = 0; c < W; ++c)
-                        yj[c * n] = (value * xs[c] + 0.0) + yj[c * n];
-                }
-            }
-        }
-    });
+    const bool plus_zero = nrhs <= 2 || n < 1 || denormals_are_lost();
+    // Columns of Y a number of pages apart fall into the same set of the first cache, which eight would fill.
+    // Four at a time take some rows, as long as these are in a cache, before the next four do.
+    constexpr int64_t ColumnsApart = 512, RowsAtATime = 32;
+    const bool narrow = n >= 1 && n % ColumnsApart == 0;
+    const int64_t rows = narrow && nrhs > 4 ? RowsAtATime : count;
+    for (int64_t first = 0; first < count; first += rows) {
+        const int64_t last = first + rows < count ? first + rows : count;
+        for_column_blocks(
+            nrhs,
+            [=]<int W>(Width<W>, int64_t k) {
+                if (W > 2 && !plus_zero)
+                    scatter_block<false, W>(a, first, last, x, count, y, n, k, row_of);
+                else
+                    scatter_block<true, W>(a, first, last, x, count, y, n, k, row_of);
+            },
+            narrow);
+    }
 }

@@ -9,5 +9,5 @@ BLA_TIERS_VRA(blac_addrectblockt_,
 {
     if (*n < 1 || *m < 1)
         return;
-    transpose<Tier, true>(*m, *n, b, *ldb, a, *lda);
+    transpose<Tier, Store::Add>(*m, *n, b, *ldb, a, *lda);
 }

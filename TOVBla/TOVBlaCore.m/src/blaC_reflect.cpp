@@ -10,8 +10,8 @@ BLA_BODY void reflect_plainly(int64_t order, real* a, int64_t step)
 {
     for (int64_t c = 1; c < order; ++c)
         for (int64_t r = 0; r < c; ++r)
-            Lower ? put<false>(a + c * step + r, a[r * step + c])
-                  : put<false>(a + r * step + c, a[c * step + r]);
+            Lower ? put<Store::Copy>(a + c * step + r, a[r * step + c])
+                  : put<Store::Copy>(a + r * step + c, a[c * step + r]);
 }
 
 /// Bands of destination columns: what lies above the diagonal block or below it, then the block itself.
@@ -25,9 +25,9 @@ BLA_BODY void reflect_bands(int64_t order, real* a, int64_t step)
         const int64_t rest = order - j - width;
         real* const diagonal = a + j * step + j;
         if (Lower)
-            transpose<Tier, false>(j, width, a + j, step, a + j * step, step);
+            transpose<Tier, Store::Copy>(j, width, a + j, step, a + j * step, step);
         else
-            transpose<Tier, false>(rest, width, diagonal + width * step, step, diagonal + width, step);
+            transpose<Tier, Store::Copy>(rest, width, diagonal + width * step, step, diagonal + width, step);
         reflect_plainly<Lower>(width, diagonal, step);
     }
 }

@@ -17,10 +17,11 @@ static void add_entries(const CompressedRows& a, int64_t start, int64_t end, con
     pair sums[Pairs];
     for (int c = 0; c < Pairs; ++c)
         sums[c] = pair{sum[2 * c], sum[2 * c + 1 < Columns ? 2 * c + 1 : 2 * c]};
+    constexpr int64_t Ahead = EntriesAhead / Columns;
     for (int64_t first = start; first < end; first += ValuesPerLine) {
-        if (Columns > 2) { // narrower blocks ask for whole rows
-            __builtin_prefetch(a.value + first + EntriesAhead);
-            __builtin_prefetch(a.column + first + EntriesAhead);
+        if (Columns > 1 && a.far) { // one column asks for whole rows
+            __builtin_prefetch(a.value + first + Ahead);
+            __builtin_prefetch(a.column + first + Ahead);
         }
         const int64_t last = first + ValuesPerLine < end ? first + ValuesPerLine : end;
         for (int64_t p = first; p < last; ++p) {
@@ -35,7 +36,8 @@ static void add_entries(const CompressedRows& a, int64_t start, int64_t end, con
         sum[c] = sums[c / 2][c % 2];
 }
 
-/// The rows i and i+1: side by side as far as both go, then each to its end.
+/// The rows i and i+1: side by side as far as both go, then each to its end. One column asks for the entries
+/// of whole rows, two turn by turn: they take longer, and requests in a burst would wait for one another.
 template <int Columns>
 static void multiply_two_rows(const CompressedRows& a, int64_t i, const real* x, int64_t n, real* y,
                               int64_t m)
@@ -43,9 +45,23 @@ static void multiply_two_rows(const CompressedRows& a, int64_t i, const real* x,
     int64_t p = a.start[i], q = a.start[i + 1];
     const int64_t p_end = q, q_end = a.start[i + 2];
     pair sums[Columns] = {};
-    for (; p < p_end && q < q_end; ++p, ++q)
+    const auto add_products = [&]() BLA_INLINED {
         for (int c = 0; c < Columns; ++c)
             sums[c] += pair{a.value[p], a.value[q]} * pair{x[a.column[p] + c * n], x[a.column[q] + c * n]};
+    };
+    if (Columns > 1 && a.far) {
+        const int64_t common = p_end - p < q_end - q ? p_end - p : q_end - q;
+        for (int64_t first = 0; first < common; first += EntriesPerTurn) {
+            prefetch_turn(a, p, EntriesAhead / Columns);
+            prefetch_turn(a, q, EntriesAhead / Columns);
+            const int64_t last = first + EntriesPerTurn < common ? first + EntriesPerTurn : common;
+            for (int64_t e = first; e < last; ++e, ++p, ++q)
+                add_products();
+        }
+    } else {
+        for (; p < p_end && q < q_end; ++p, ++q)
+            add_products();
+    }
     double upper[Columns], lower[Columns];
     for (int c = 0; c < Columns; ++c) {
         upper[c] = sums[c][0];
@@ -57,6 +73,34 @@ static void multiply_two_rows(const CompressedRows& a, int64_t i, const real* x,
         y[i + c * m] = upper[c];
         y[i + 1 + c * m] = lower[c];
     }
+}
+
+/// Y := A·X, W columns.
+template <int W>
+BLA_BODY void multiply_block(const CompressedRows& a, const real* x, int64_t n, real* y, int64_t rows)
+{
+    int64_t i = 0;
+    if (W <= 2)
+        for (; i + 2 <= rows; i += 2) {
+            if (W == 1)
+                prefetch_entries(a, a.start[i], a.start[i + 2]);
+            multiply_two_rows<W>(a, i, x, n, y, rows);
+        }
+    for (; i < rows; ++i) {
+        double sum[W] = {};
+        if (W == 1)
+            prefetch_entries(a, a.start[i], a.start[i + 1]);
+        add_entries(a, a.start[i], a.start[i + 1], x, n, sum);
+        for (int c = 0; c < W; ++c)
+            y[i + c * rows] = sum[c];
+    }
+}
+
+/// Inlined, its loops would cost those of a single column their registers.
+[[gnu::noinline]] static void multiply_two_columns(const CompressedRows& a, const real* x, int64_t n, real* y,
+                                                   int64_t rows)
+{
+    multiply_block<2>(a, x, n, y, rows);
 }
 
 BLA_EXPORT void blac_sparse_umv_(const real* a, const real* x, const integer* ia, const integer* ja, real* y,
@@ -77,21 +121,9 @@ BLA_EXPORT void blac_sparse_umv_(const real* a, const real* x, const integer* ia
     }
     const CompressedRows matrix = all_rows(ia, ja, a, rows);
     for_column_blocks(*nrhs, [=]<int W>(Width<W>, int64_t k) {
-        const real* const xk = x + k * columns;
-        real* const yk = y + k * rows;
-        int64_t i = 0;
-        if (W <= 2)
-            for (; i + 2 <= rows; i += 2) {
-                prefetch_entries(matrix, ia[i], ia[i + 2]);
-                multiply_two_rows<W>(matrix, i, xk, columns, yk, rows);
-            }
-        for (; i < rows; ++i) {
-            double sum[W] = {};
-            if (W <= 2)
-                prefetch_entries(matrix, ia[i], ia[i + 1]);
-            add_entries(matrix, ia[i], ia[i + 1], xk, columns, sum);
-            for (int c = 0; c < W; ++c)
-                yk[i + c * rows] = sum[c];
-        }
+        if (W == 2)
+            multiply_two_columns(matrix, x + k * columns, columns, y + k * rows, rows);
+        else
+            multiply_block<W>(matrix, x + k * columns, columns, y + k * rows, rows);
     });
 }
