@@ -105,6 +105,7 @@ static PetscErrorCode Factorise(Mat F, Mat A, const MatFactorInfo* info)
     PetscCall(MatSeqAIJRestoreArrayRead(points, &value));
     if (status == BLA_SOLVER_OK) {
         PetscCall(PetscLogFlops(MatTOVBlaQuantity(F, "flops")));
+        PetscCall(PetscInfo(F, "tovbla: factorised %" PetscInt_FMT " unknowns\n", A->rmap->n));
         PetscCall(MatTOVBlaJudge(F, A));
         PetscCall(MatTOVBlaKeepForChecks(F, points));
         PetscCall(MatTOVBlaFetchSchur(F));
