@@ -2,7 +2,8 @@
 /* The symbolic and the numeric phase. */
 #include "factor.h"
 
-/* A itself, or the same entry by entry where it is stored in blocks. */
+/* A itself, or the same entry by entry where it is stored in blocks. Made anew each time: MAT_REUSE_MATRIX
+ * spoils the columns when it converts from MATSEQSBAIJ (seen with PETSc 3.18.5). */
 static PetscErrorCode Points(Mat F, Mat A, Mat* points)
 {
     TOVBla* data = (TOVBla*)F->data;
@@ -13,7 +14,8 @@ static PetscErrorCode Points(Mat F, Mat A, Mat* points)
     PetscCall(PetscObjectTypeCompareAny((PetscObject)A, &blocked, MATSEQBAIJ, MATSEQSBAIJ, ""));
     if (!blocked)
         PetscFunctionReturn(0);
-    PetscCall(MatConvert(A, MATSEQAIJ, data->points ? MAT_REUSE_MATRIX : MAT_INITIAL_MATRIX, &data->points));
+    PetscCall(MatDestroy(&data->points));
+    PetscCall(MatConvert(A, MATSEQAIJ, MAT_INITIAL_MATRIX, &data->points));
     *points = data->points;
     PetscFunctionReturn(0);
 }
@@ -70,8 +72,7 @@ static PetscErrorCode Analyse(Mat F, Mat A, IS order, int kind)
     TOVBlaCall(data->solver, bla_solver_get(data->solver, "ordering", &ordering));
     if (ordering == 3.0 && A->rmap->n > 0)
         PetscCall(GiveOrder(data, A->rmap->n, order));
-    PetscCall(MatDestroy(&data->points)); /* the pattern may be another one */
-    PetscCall(MatDestroy(&data->checked));
+    PetscCall(MatDestroy(&data->checked)); /* the pattern may be another one */
     PetscCall(Points(F, A, &points));
     PetscCall(MatGetRowIJ(points, 0, PETSC_FALSE, PETSC_FALSE, &n, &start, &column, &done));
     PetscCheck(done, PETSC_COMM_SELF, PETSC_ERR_LIB, "tovbla: the matrix shows no rows");

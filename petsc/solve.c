@@ -4,6 +4,8 @@
  * above diverges then, and does not call a wrong answer converged. */
 #include "factor.h"
 
+#include <math.h>
+
 /* |b - A·x| / (|A|·|x| + |b|) that rounding explains, and what a good factor stays far below */
 static const PetscReal good = 1e-12;
 
@@ -98,7 +100,8 @@ static PetscErrorCode Solve(Mat F, int transposed, PetscInt columns, const Petsc
     PetscFunctionBegin;
     for (PetscInt j = 0; j < columns; ++j)
         for (PetscInt i = 0; i < n; ++i)
-            x[i + (size_t)ldx * j] = solvable ? b[i + (size_t)ldb * j] : PETSC_INFINITY;
+            x[i + (size_t)ldx * j] =
+                solvable ? b[i + (size_t)ldb * j] : (PetscScalar)INFINITY; /* PETSC_INFINITY is finite */
     if (!solvable || n == 0)
         PetscFunctionReturn(0);
     TOVBlaCall(data->solver, bla_solver_solve(data->solver, transposed, (int32_t)columns, x, ldx));

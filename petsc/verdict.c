@@ -24,9 +24,11 @@ PetscErrorCode MatTOVBlaFailed(Mat F, Mat A, int status)
     case BLA_SOLVER_TOO_LARGE:
         PetscCall(Declare(F, A, MAT_FACTOR_OUTMEMORY, PETSC_ERR_MEM, sentence));
         break;
-    case BLA_SOLVER_BAD_MATRIX: /* not a number */
+    case BLA_SOLVER_BAD_MATRIX: /* not a number; PC forgets this error when new values come, and no other */
+        PetscCall(Declare(F, A, MAT_FACTOR_NUMERIC_ZEROPIVOT, PETSC_ERR_FP, sentence));
+        break;
     case BLA_SOLVER_CANCELLED:
-        PetscCall(Declare(F, A, MAT_FACTOR_OTHER, PETSC_ERR_FP, sentence));
+        PetscCall(Declare(F, A, MAT_FACTOR_OTHER, PETSC_ERR_LIB, sentence));
         break;
     default:
         SETERRQ(PETSC_COMM_SELF, PETSC_ERR_LIB, "tovbla: %s", sentence);
@@ -65,6 +67,8 @@ static PetscErrorCode CountReplaced(Mat F, PetscInt* count, PetscInt* first)
 PetscErrorCode MatTOVBlaJudge(Mat F, Mat A)
 {
     const double rank = MatTOVBlaQuantity(F, "structural_rank"), n = (double)A->rmap->n;
+    const PetscErrorCode code =
+        F->factortype == MAT_FACTOR_LU ? PETSC_ERR_MAT_LU_ZRPVT : PETSC_ERR_MAT_CH_ZRPVT;
     PetscInt count;
     char sentence[160];
 
@@ -72,21 +76,21 @@ PetscErrorCode MatTOVBlaJudge(Mat F, Mat A)
     PetscCall(CountReplaced(F, &count, &F->factorerror_zeropivot_row));
     F->factorerror_zeropivot_value = 0.0;
     if (rank < n) {
-        PetscCall(PetscSNPrintf(sentence, sizeof sentence,
-                                "the matrix is singular whatever its values: %g of %g rows can be matched",
-                                rank, n));
-        PetscCall(Declare(F, A, MAT_FACTOR_STRUCT_ZEROPIVOT, PETSC_ERR_MAT_LU_ZRPVT, sentence));
+        PetscCall(PetscSNPrintf(
+            sentence, sizeof sentence,
+            "the matrix is singular whatever its values: %.0f of %.0f rows can be matched", rank, n));
+        PetscCall(Declare(F, A, MAT_FACTOR_NUMERIC_ZEROPIVOT, code, sentence));
     } else if (count > 0) {
         PetscCall(PetscSNPrintf(sentence, sizeof sentence,
                                 "the matrix is singular: %" PetscInt_FMT
                                 " pivots are zero, one of them in row %" PetscInt_FMT,
                                 count, F->factorerror_zeropivot_row));
-        PetscCall(Declare(F, A, MAT_FACTOR_NUMERIC_ZEROPIVOT, PETSC_ERR_MAT_LU_ZRPVT, sentence));
+        PetscCall(Declare(F, A, MAT_FACTOR_NUMERIC_ZEROPIVOT, code, sentence));
     } else if (MatTOVBlaQuantity(F, "unheld_motions") > 0.0) {
         PetscCall(PetscSNPrintf(sentence, sizeof sentence,
-                                "the matrix is singular: its null space has %g dimensions",
+                                "the matrix is singular: its null space has %.0f dimensions",
                                 MatTOVBlaQuantity(F, "unheld_motions")));
-        PetscCall(Declare(F, A, MAT_FACTOR_NUMERIC_ZEROPIVOT, PETSC_ERR_MAT_LU_ZRPVT, sentence));
+        PetscCall(Declare(F, A, MAT_FACTOR_NUMERIC_ZEROPIVOT, code, sentence));
     }
     PetscFunctionReturn(0);
 }
