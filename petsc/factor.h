@@ -28,10 +28,11 @@ PetscErrorCode MatCholeskyFactorSymbolic_TOVBla(Mat F, Mat A, IS order, const Ma
 
 /* verdict.c: what cannot be factorised becomes a MatFactorError, or an error where the user asked for that */
 PetscErrorCode MatTOVBlaFailed(Mat F, Mat A, int status);
-PetscErrorCode MatTOVBlaJudge(Mat F, Mat A);
+PetscErrorCode MatTOVBlaJudge(Mat F, Mat A, PetscBool shifted);
 
 /* solve.c */
-PetscErrorCode MatTOVBlaKeepForChecks(Mat F, Mat A);
+PetscErrorCode MatTOVBlaKeepForChecks(Mat F, Mat points, PetscBool shifted);
+PetscErrorCode MatTOVBlaContracts(Mat F, PetscBool* contracts);
 PetscErrorCode MatSolve_TOVBla(Mat F, Vec b, Vec x);
 PetscErrorCode MatSolveTranspose_TOVBla(Mat F, Vec b, Vec x);
 PetscErrorCode MatMatSolve_TOVBla(Mat F, Mat B, Mat X);
@@ -44,6 +45,8 @@ PetscErrorCode MatTOVBlaFetchSchur(Mat F);
 /* view.c */
 PetscErrorCode MatView_TOVBla(Mat F, PetscViewer viewer);
 PetscErrorCode MatGetInfo_TOVBla(Mat F, MatInfoType type, MatInfo* info);
+
+/* inertia.c */
 PetscErrorCode MatGetInertia_TOVBla(Mat F, PetscInt* negative, PetscInt* zero, PetscInt* positive);
 
 /* A quantity of the solver, 0 while it is not known. */

@@ -92,10 +92,10 @@ static PetscErrorCode Factorise(Mat F, Mat A, const MatFactorInfo* info)
     Mat points;
     MatInfo entries;
     const PetscScalar* value;
+    const PetscBool shifted = (PetscBool)(info && (MatFactorShiftType)info->shifttype != MAT_SHIFT_NONE);
     int status;
 
     PetscFunctionBegin;
-    (void)info; /* shifts and fill of PETSc's own factorisations */
     F->factorerrortype = MAT_FACTOR_NOERROR;
     PetscCall(Points(F, A, &points));
     PetscCall(MatGetInfo(points, MAT_LOCAL, &entries));
@@ -107,8 +107,8 @@ static PetscErrorCode Factorise(Mat F, Mat A, const MatFactorInfo* info)
     if (status == BLA_SOLVER_OK) {
         PetscCall(PetscLogFlops(MatTOVBlaQuantity(F, "flops")));
         PetscCall(PetscInfo(F, "tovbla: factorised %" PetscInt_FMT " unknowns\n", A->rmap->n));
-        PetscCall(MatTOVBlaJudge(F, A));
-        PetscCall(MatTOVBlaKeepForChecks(F, points));
+        PetscCall(MatTOVBlaJudge(F, A, shifted));
+        PetscCall(MatTOVBlaKeepForChecks(F, points, shifted));
         PetscCall(MatTOVBlaFetchSchur(F));
     } else {
         PetscCall(MatTOVBlaFailed(F, A, status));

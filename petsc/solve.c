@@ -10,14 +10,14 @@
 static const PetscReal good = 1e-12;
 
 /* After a factorisation: are its solutions to be checked? Then the values are needed. */
-PetscErrorCode MatTOVBlaKeepForChecks(Mat F, Mat points)
+PetscErrorCode MatTOVBlaKeepForChecks(Mat F, Mat points, PetscBool shifted)
 {
     TOVBla* data = (TOVBla*)F->data;
     const double n = (double)F->rmap->n, positive = MatTOVBlaQuantity(F, "positive_pivots");
     const PetscBool definite = (PetscBool)(F->factortype == MAT_FACTOR_CHOLESKY && positive == n);
     /* Who shifts wants a preconditioner, and knows that it is not the inverse. */
-    const PetscBool asked =
-        (PetscBool)(MatTOVBlaQuantity(F, "refinements") > 0.0 && MatTOVBlaQuantity(F, "shift") == 0.0);
+    const PetscBool asked = (PetscBool)(!shifted && MatTOVBlaQuantity(F, "refinements") > 0.0 &&
+                                        MatTOVBlaQuantity(F, "shift") == 0.0);
 
     PetscFunctionBegin;
     if (definite || !asked || F->factorerrortype || data->singularKept) {
@@ -52,30 +52,42 @@ static PetscErrorCode Residual(TOVBla* data, int transposed, Vec b, Vec x, Petsc
     PetscFunctionReturn(0);
 }
 
-/* Steps of refinement as long as they halve the residual, then what the solver knows beyond them. */
+/* Steps of refinement as long as they halve the residual. */
+static PetscErrorCode Refine(Mat F, int transposed, Vec b, Vec x, PetscReal* backward)
+{
+    TOVBla* data = (TOVBla*)F->data;
+    PetscReal before = PETSC_MAX_REAL;
+    PetscScalar* array;
+
+    PetscFunctionBegin;
+    PetscCall(Residual(data, transposed, b, x, backward));
+    while (*backward > good && *backward < before / 2.0) {
+        PetscCall(VecGetArray(data->residual, &array));
+        TOVBlaCall(data->solver, bla_solver_solve(data->solver, transposed, 1, array, F->rmap->n));
+        PetscCall(VecRestoreArray(data->residual, &array));
+        PetscCall(VecAXPY(x, 1.0, data->residual));
+        before = *backward;
+        PetscCall(Residual(data, transposed, b, x, backward));
+    }
+    PetscFunctionReturn(0);
+}
+
+/* Where that does not do, what the solver knows beyond it, and where that fails, infinity. */
 static PetscErrorCode Improve(Mat F, int transposed, Vec b, Vec x)
 {
     TOVBla* data = (TOVBla*)F->data;
-    PetscReal backward, before = PETSC_MAX_REAL;
+    const PetscInt n = F->rmap->n;
+    PetscReal backward;
     const PetscScalar *value, *right;
     PetscScalar* array;
 
     PetscFunctionBegin;
-    PetscCall(Residual(data, transposed, b, x, &backward));
-    while (backward > good && backward < before / 2.0) {
-        PetscCall(VecGetArray(data->residual, &array));
-        TOVBlaCall(data->solver,
-                   bla_solver_solve(data->solver, transposed, 1, array, PetscMax(F->rmap->n, 1)));
-        PetscCall(VecRestoreArray(data->residual, &array));
-        PetscCall(VecAXPY(x, 1.0, data->residual));
-        before = backward;
-        PetscCall(Residual(data, transposed, b, x, &backward));
-    }
+    PetscCall(Refine(F, transposed, b, x, &backward));
     if (!(backward <= good) && !transposed) {
         PetscCall(MatSeqAIJGetArrayRead(data->checked, &value));
         PetscCall(VecGetArrayRead(b, &right));
         PetscCall(VecGetArray(x, &array));
-        if (bla_solver_refine(data->solver, value, 1, right, F->rmap->n, array, F->rmap->n) == BLA_SOLVER_OK)
+        if (bla_solver_refine(data->solver, value, 1, right, n, array, n) == BLA_SOLVER_OK)
             PetscCall(PetscInfo(F, "tovbla: %s\n", bla_solver_verdict(data->solver)));
         PetscCall(VecRestoreArray(x, &array));
         PetscCall(VecRestoreArrayRead(b, &right));
@@ -86,6 +98,28 @@ static PetscErrorCode Improve(Mat F, int transposed, Vec b, Vec x)
         PetscCall(PetscInfo(F, "tovbla: not solved, the backward error is %g\n", (double)backward));
         PetscCall(VecSetInf(x));
     }
+    PetscFunctionReturn(0);
+}
+
+/* With shifted pivots A + E was factorised. If refinement contracts, A + t·E is regular for t from 0 to 1,
+ * and A has the inertia of A + E. */
+PetscErrorCode MatTOVBlaContracts(Mat F, PetscBool* contracts)
+{
+    TOVBla* data = (TOVBla*)F->data;
+    PetscReal backward;
+    Vec b, x;
+
+    PetscFunctionBegin;
+    *contracts = PETSC_FALSE;
+    if (!data->checked)
+        PetscFunctionReturn(0);
+    PetscCall(MatCreateVecs(data->checked, &x, &b));
+    PetscCall(VecSetRandom(b, NULL));
+    PetscCall(VecSet(x, 0.0));
+    PetscCall(Refine(F, 0, b, x, &backward));
+    *contracts = (PetscBool)(backward <= good);
+    PetscCall(VecDestroy(&b));
+    PetscCall(VecDestroy(&x));
     PetscFunctionReturn(0);
 }
 

@@ -63,8 +63,9 @@ static PetscErrorCode CountReplaced(Mat F, PetscInt* count, PetscInt* first)
     PetscFunctionReturn(0);
 }
 
-/* A factor was made: is the matrix regular? */
-PetscErrorCode MatTOVBlaJudge(Mat F, Mat A)
+/* A factor was made: is the matrix regular? Whoever sets a shift (PCFactorSetShiftType(), as multigrid does
+ * for its coarsest matrix) takes it as it is: pivots that are zero have left their unknowns out. */
+PetscErrorCode MatTOVBlaJudge(Mat F, Mat A, PetscBool shifted)
 {
     const double rank = MatTOVBlaQuantity(F, "structural_rank"), n = (double)A->rmap->n;
     const PetscErrorCode code =
@@ -75,6 +76,8 @@ PetscErrorCode MatTOVBlaJudge(Mat F, Mat A)
     PetscFunctionBegin;
     PetscCall(CountReplaced(F, &count, &F->factorerror_zeropivot_row));
     F->factorerror_zeropivot_value = 0.0;
+    if (shifted)
+        PetscFunctionReturn(0);
     if (rank < n) {
         PetscCall(PetscSNPrintf(
             sentence, sizeof sentence,

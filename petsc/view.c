@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: BSD-3-Clause */
-/* What was done, for -ksp_view, and for callers that count. */
+/* What was done: for -ksp_view, and for MatGetInfo(). */
 #include "factor.h"
 
 PetscErrorCode MatView_TOVBla(Mat F, PetscViewer viewer)
@@ -43,20 +43,5 @@ PetscErrorCode MatGetInfo_TOVBla(Mat F, MatInfoType type, MatInfo* info)
     info->nz_allocated = info->nz_used = MatTOVBlaQuantity(F, "factor_entries");
     info->memory = MatTOVBlaQuantity(F, "memory");
     info->fill_ratio_needed = info->nz_used / PetscMax(MatTOVBlaQuantity(F, "entries"), 1.0);
-    PetscFunctionReturn(0);
-}
-
-/* A pivot that was shifted or replaced is none to count signs by. */
-PetscErrorCode MatGetInertia_TOVBla(Mat F, PetscInt* negative, PetscInt* zero, PetscInt* positive)
-{
-    PetscFunctionBegin;
-    PetscCheck(!F->factorerrortype || F->factorerrortype == MAT_FACTOR_NUMERIC_ZEROPIVOT, PETSC_COMM_SELF,
-               PETSC_ERR_ORDER, "tovbla: there is no factor to count in");
-    if (negative)
-        *negative = (PetscInt)MatTOVBlaQuantity(F, "negative_pivots");
-    if (zero)
-        *zero = (PetscInt)(MatTOVBlaQuantity(F, "shifted_pivots") + MatTOVBlaQuantity(F, "replaced_pivots"));
-    if (positive)
-        *positive = (PetscInt)MatTOVBlaQuantity(F, "positive_pivots");
     PetscFunctionReturn(0);
 }
