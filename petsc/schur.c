@@ -36,12 +36,11 @@ PetscErrorCode MatTOVBlaFetchSchur(Mat F)
     PetscFunctionBegin;
     if (!data->kept || F->factorerrortype)
         PetscFunctionReturn(0);
+    PetscCall(MatSetUnfactored(F->schur)); /* callers factorise it in place */
     PetscCall(MatDenseGetLDA(F->schur, &ld));
     PetscCall(MatDenseGetArrayWrite(F->schur, &array));
     TOVBlaCall(data->solver, bla_solver_schur(data->solver, array, ld));
     PetscCall(MatDenseRestoreArrayWrite(F->schur, &array));
-    PetscCall(MatAssemblyBegin(F->schur, MAT_FINAL_ASSEMBLY));
-    PetscCall(MatAssemblyEnd(F->schur, MAT_FINAL_ASSEMBLY));
     F->schur_status = MAT_FACTOR_SCHUR_UNFACTORED;
     PetscFunctionReturn(0);
 }

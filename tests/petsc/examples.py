@@ -74,12 +74,12 @@ class Case:
         if name not in known:
             raise Missing(f"{example}.c has no case '{name}' but {' '.join(sorted(known))}")
         settings = known[name]
-        self.processes = int(settings.get("nsize", "1"))
+        self.processes = int(settings.get("nsize", "1").strip("{} ").split()[-1])
         self.variants = list(variants(settings["args"]))
         self.filters = [settings[key] for key in ("filter", "filter_output") if key in settings]
         stem = os.path.basename(example)
         self.outputs = os.path.join(os.path.dirname(self.source), "output")
-        self.output = os.path.basename(settings.get("output_file", f"{stem}_{name}.out" if name else f"{stem}.out"))
+        self.output = os.path.basename(settings.get("output_file", f"{stem}_{name or 1}.out"))
 
     def expected(self, end):
         """The outputs that this variant may have."""
