@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: BSD-3-Clause
-# The long checks of the solver type of PETSc: all cases, memcheck, TCP alone, eigenfrequencies, FEniCSx. Arguments go to ctest.
+# The long checks of the solver type of PETSc: all cases, memcheck, two hosts, eigenfrequencies, FEniCSx. Arguments go to ctest.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/prepare.sh
