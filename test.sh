@@ -4,6 +4,6 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/prepare.sh
-install_packages build test
-build build -DBLA_BUILD_TESTS=ON -DBLA_WERROR=ON -DCMAKE_INSTALL_PREFIX=/usr
+install_packages build test petsc
+build build -DBLA_BUILD_TESTS=ON -DBLA_BUILD_PETSC=ON -DBLA_WERROR=ON -DCMAKE_INSTALL_PREFIX=/usr
 exec ctest --test-dir build --output-on-failure -j "$(nproc)" "$@"

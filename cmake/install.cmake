@@ -1,7 +1,8 @@
 # SPDX-License-Identifier: BSD-3-Clause
 # What `cmake --install` puts where. Nothing below depends on the prefix: an installed tree may be moved.
 #
-# Components: runtime (the library), development (all that compiling against it takes), tools (the programs).
+# Components: runtime (the library), development (all that compiling against it takes), tools (the programs),
+# petsc (the solver type of PETSc).
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ZEFTOVBlaModule)
@@ -77,6 +78,14 @@ function(bla_install_program program purpose)
 endfunction()
 bla_install_program(bla_solve "solve a sparse linear system front by front")
 bla_install_program(bla_info "tell what the linear algebra module runs on")
+
+# The solver type of PETSc: one file for PETSc's loader and for programs that link it, and the header for these.
+if(TARGET petsc_tovbla)
+    set_target_properties(petsc_tovbla PROPERTIES INSTALL_RPATH $ORIGIN)
+    install(TARGETS petsc_tovbla LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT petsc)
+    install(FILES petsc/petsc_tovbla.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT petsc)
+    install(FILES docs/petsc-tovbla.7 DESTINATION ${CMAKE_INSTALL_MANDIR}/man7 COMPONENT petsc)
+endif()
 
 install(FILES examples/first_call.cpp examples/first_call.f90 examples/eliminations.cpp
     examples/first_solve.c examples/first_solve.cpp examples/first_solve.f90

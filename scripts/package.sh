@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/prepare.sh
-install_packages build test package
+install_packages build test petsc package
 
 upstream=$(dpkg-parsechangelog -S Version | sed 's/-[^-]*$//')
 name=zeftovblamodule-$upstream

@@ -16,7 +16,7 @@ cd "$scratch"
 cp "$source"/build-package/*_"$version"_amd64.deb .
 rm -f ./*-dbgsym_*
 packages=(*.deb)
-[ ${#packages[@]} -eq 5 ] || fail "five packages, not ${packages[*]}"
+[ ${#packages[@]} -eq 6 ] || fail "six packages, not ${packages[*]}"
 runtime=$(echo libzeftovblamodule1_*.deb) development=$(echo libzeftovblamodule-dev_*.deb)
 solver=$(echo libzeftovblasolver0_*.deb) tools=$(echo zeftovblamodule-tools_*.deb)
 
@@ -35,6 +35,11 @@ dpkg-deb -f "$tools" Depends | grep -F "libzeftovblasolver0 (>= 1.0.0)" >/dev/nu
     fail "$tools does not depend on the version of the solver's symbols"
 dpkg-deb -f "$solver" Depends | grep -F "libzeftovblamodule1 (>= 1.0.0)" >/dev/null ||
     fail "$solver does not depend on the version of the library's symbols"
+
+plugin=$(echo petsc-tovbla_*.deb)
+for wanted in 'libpetsc-real3.18' 'libzeftovblasolver0 (>= 1.0.0)'; do
+    dpkg-deb -f "$plugin" Depends | grep -F "$wanted" >/dev/null || fail "$plugin does not depend on $wanted"
+done
 
 echo "== what comes with them on a machine that has nothing"
 touch status

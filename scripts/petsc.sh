@@ -1,0 +1,10 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-3-Clause
+# The long checks of the solver type of PETSc: all cases, memcheck, two hosts, eigenfrequencies, FEniCSx. Arguments go to ctest.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/prepare.sh
+install_packages build test petsc petsc-long
+BLA_TARGETS="petsc_tovbla petsc_tovbla_instead petsc_faults petsc_operations beam_frequencies" build build/petsc \
+    -DBLA_BUILD_TESTS=ON -DBLA_BUILD_PETSC=ON -DBLA_PETSC_LONG=ON -DBLA_WERROR=ON -DCMAKE_INSTALL_PREFIX=/usr
+exec ctest --test-dir build/petsc --output-on-failure -R '^petsc\.' "$@"
