@@ -8,7 +8,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/prepare.sh
-[ "${1:-}" = quick ] || install_packages build test long
+[ "${1:-}" = quick ] || install_packages build test petsc long
 failed=0
 
 sources=$(git ls-files '*.c' '*.cpp' '*.h' '*.f90' '*.py' '*.sh' '*.cmake' '*CMakeLists.txt' '*.map' '*.in' .ci/run |
@@ -27,9 +27,9 @@ fi
 [ "${1:-}" != quick ] || exit $failed
 
 echo "== g++, warnings as errors"
-build build -DBLA_BUILD_TESTS=ON -DBLA_WERROR=ON -DCMAKE_INSTALL_PREFIX=/usr || failed=1 # as test.sh builds
+build build -DBLA_BUILD_TESTS=ON -DBLA_BUILD_PETSC=ON -DBLA_WERROR=ON -DCMAKE_INSTALL_PREFIX=/usr || failed=1 # as test.sh builds
 echo "== clang++, warnings as errors; none of them needs optimised code"
-build build/clang -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O0 -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DBLA_BUILD_TESTS=ON -DBLA_WERROR=ON \
+build build/clang -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O0 -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DBLA_BUILD_TESTS=ON -DBLA_BUILD_PETSC=ON -DBLA_WERROR=ON \
     -DCMAKE_EXPORT_COMPILE_COMMANDS=ON || failed=1
 echo "== clang-tidy"
 git ls-files 'TOVBla/*.cpp' 'solver/*.cpp' 'programs/*.cpp' 'examples/*.cpp' |

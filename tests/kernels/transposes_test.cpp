@@ -7,6 +7,8 @@
 #include "sweep.h"
 #include "tiers.h"
 
+#include <algorithm>
+#include <numeric>
 #include <vector>
 
 #include "../../TOVBla/TOVBlaCore.m/private/tiers.h"
@@ -42,19 +44,24 @@ TEST(TransposePastCaches, GivesTheBitsOfThePlainLoop)
     });
 }
 
-// The same through the interface, where half of the last cache is less than these 35 MB.
+// The same through the interface, with matrices that the caches of this machine do not hold.
 TEST(TransposePastCaches, IsWhatDatcpyGivesOfLargeMatrices)
 {
-    const int m = 1800, n = 1203, ld = 1808;
-    std::vector<double> a(std::size_t{1203} * 1800), b(std::size_t{1808} * 1203, -777.0);
-    for (std::size_t i = 0; i < a.size(); ++i)
-        a[i] = static_cast<double>(i);
-    blac_datcpy_(&m, &n, a.data(), &n, b.data(), &ld);
-    for (int j = 0; j < n; ++j)
-        for (int i = 0; i < ld; ++i)
-            ASSERT_EQ(b[static_cast<std::size_t>(i + j * ld)],
-                      i < m ? static_cast<double>(j + i * n) : -777.0)
-                << i << ", " << j;
+    constexpr int m = 2001, ld = 2008;
+    const std::int64_t beyond = std::max(bla_last_cache() / 32, std::int64_t{1} << 20);
+    const int n = static_cast<int>(beyond / m + 3);
+    std::vector<double> a(std::size_t{m} * n), b(std::size_t{ld} * n);
+    ASSERT_TRUE(past_caches(std::int64_t{m} * n, b.data(), ld));
+    std::iota(a.begin(), a.end(), 0.0);
+    on_every_tier([&] {
+        std::fill(b.begin(), b.end(), -777.0);
+        blac_datcpy_(&m, &n, a.data(), &n, b.data(), &ld);
+        std::int64_t wrong = 0;
+        for (std::int64_t j = 0; j < n; ++j)
+            for (std::int64_t i = 0; i < ld; ++i)
+                wrong += b[j * ld + i] != (i < m ? static_cast<double>(j + i * n) : -777.0);
+        EXPECT_EQ(wrong, 0);
+    });
 }
 
 TEST(TransposePastCaches, TakesLargeMatricesWhoseColumnsStartAtTheSamePlaceOfALine)
