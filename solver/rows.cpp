@@ -4,6 +4,7 @@
 #include "failure.h"
 #include "storage.h"
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 
@@ -91,11 +92,53 @@ Rows::Rows(Kind kind, int n, const std::int64_t* start, const int* column)
         }
         pattern_.start.push_back(kept);
     }
+    if (pattern_.symmetric)
+        for (int i = 0; i < n; ++i)
+            lowerEnd_.push_back(std::upper_bound(pattern_.column.begin() + pattern_.start[i],
+                                                 pattern_.column.begin() + pattern_.start[i + 1], i) -
+                                pattern_.column.begin());
     pattern_.column.resize(kept);
     if (kept == static_cast<std::int64_t>(source_.size()))
         first_ = {};
     else
         first_.push_back(static_cast<std::int64_t>(source_.size()));
+}
+
+double Rows::entry(const double* value, std::int64_t p) const
+{
+    if (first_.empty())
+        return value[source_[p]];
+    double sum = value[source_[first_[p]]];
+    for (std::int64_t s = first_[p] + 1; s < first_[p + 1]; ++s)
+        sum += value[source_[s]];
+    return sum;
+}
+
+std::vector<double> Rows::diagonal(const double* value) const
+{
+    std::vector<double> d(pattern_.n, 0.0);
+    for (int i = 0; i < pattern_.n; ++i)
+        if (const std::int64_t end = lowerEnd_[i];
+            end > pattern_.start[i] && pattern_.column[end - 1] == i)
+            d[i] = entry(value, end - 1);
+    return d;
+}
+
+bool Rows::scaledLower(const double* value, const std::vector<double>& scale, double* scaled) const
+{
+    double bad = 0.0;
+    const auto scaleRow = [&](int i, const auto& entryAt) {
+        for (std::int64_t p = pattern_.start[i]; p < lowerEnd_[i]; ++p) {
+            scaled[p] = entryAt(p) * (scale[i] * scale[pattern_.column[p]]);
+            bad += std::fabs(scaled[p]) <= 2.0 ? 0.0 : 1.0;
+        }
+    };
+    for (int i = 0; i < pattern_.n; ++i)
+        if (first_.empty())
+            scaleRow(i, [&](std::int64_t p) { return value[source_[p]]; });
+        else
+            scaleRow(i, [&](std::int64_t p) { return entry(value, p); });
+    return bad == 0.0;
 }
 
 SparseMatrix Rows::matrix(const double* value) const
@@ -105,13 +148,8 @@ SparseMatrix Rows::matrix(const double* value) const
     a.value.resize(entries);
     double finite = 0.0; // stays zero as long as every value is finite
     for (std::int64_t p = 0; p < entries; ++p) {
-        const std::int64_t begin = first_.empty() ? p : first_[p];
-        const std::int64_t end = first_.empty() ? p + 1 : first_[p + 1];
-        double sum = value[source_[begin]];
-        for (std::int64_t s = begin + 1; s < end; ++s)
-            sum += value[source_[s]];
-        a.value[p] = sum;
-        finite += sum * 0.0;
+        a.value[p] = entry(value, p);
+        finite += a.value[p] * 0.0;
     }
     if (std::isnan(finite))
         throw Failure(BLA_SOLVER_BAD_MATRIX, "a value of the matrix is not finite");

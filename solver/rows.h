@@ -22,11 +22,20 @@ public:
     // where a value that is read is not finite, or becomes so where entries are added.
     SparseMatrix matrix(const double* value) const;
 
+    // Of a symmetric matrix: its diagonal, zero where there is no entry.
+    std::vector<double> diagonal(const double* value) const;
+    // Of a symmetric matrix: scaled[p] := scale[i] * a(i, j) * scale[j] for the entries with j <= i, p their
+    // places in the pattern. Whether all are at most 2 in magnitude, and so finite.
+    bool scaledLower(const double* value, const std::vector<double>& scale, double* scaled) const;
+
     const SparseMatrix& pattern() const { return pattern_; } // without values
     double bytes() const;
 
 private:
+    double entry(const double* value, std::int64_t p) const;
+
     SparseMatrix pattern_;
+    std::vector<std::int64_t> lowerEnd_; // of a symmetric matrix: where the entries with j <= i of row i end
     std::vector<std::int64_t> source_; // the entries given, in the sequence of those of the matrix
     std::vector<std::int64_t> first_;  // where those of each entry start in source_; empty: one each
 };

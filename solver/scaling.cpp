@@ -59,6 +59,22 @@ SparseMatrix Equilibrated::applied(const SparseMatrix& a) const
     return m;
 }
 
+std::vector<double> diagonalScales(const std::vector<double>& diagonal)
+{
+    std::vector<double> s(diagonal.size());
+    for (std::size_t i = 0; i < s.size(); ++i) {
+        if (diagonal[i] == 0.0 || !std::isfinite(diagonal[i]))
+            return {};
+        int exponent;
+        std::frexp(diagonal[i], &exponent); // 1/2 <= |d| / 2^exponent < 1
+        const int half = exponent >= 0 ? exponent / 2 : -((1 - exponent) / 2);
+        if (std::abs(half) > static_cast<int>(mostExponent))
+            return {};
+        s[i] = std::ldexp(1.0, -half);
+    }
+    return s;
+}
+
 // Rows and columns are divided by the square roots of the row maxima, as often as that changes something, six
 // times at most (Ruiz, 2001).
 Equilibrated equilibrateSymmetric(const SparseMatrix& a)
