@@ -22,6 +22,22 @@ struct Target
     std::int64_t ld;
 };
 
+// For every entry of a symmetric matrix the place of the one with column <= row that equals it.
+std::vector<std::int64_t> lowerPlaces(const SparseMatrix& a)
+{
+    std::vector<std::int64_t> lower(a.entries()), next(a.n); // of each row: its first entry without a place
+    for (int i = 0; i < a.n; ++i) {
+        std::int64_t p = a.start[i];
+        for (; p < a.start[i + 1] && a.column[p] <= i; ++p) {
+            lower[p] = p;
+            if (a.column[p] < i)
+                lower[next[a.column[p]]++] = p;
+        }
+        next[i] = p;
+    }
+    return lower;
+}
+
 } // namespace
 
 Assembly::Assembly(const Analysis& analysis, const SparseMatrix& a)
@@ -58,6 +74,7 @@ void Assembly::findEntries(const Analysis& analysis, const SparseMatrix& a)
             }
     }
 
+    const std::vector<std::int64_t> lower = a.symmetric ? lowerPlaces(a) : std::vector<std::int64_t>();
     std::vector<int> local(a.n);
     for (const Front& front : analysis.fronts) {
         for (Place where : {inPanel, inRight})
@@ -79,7 +96,7 @@ void Assembly::findEntries(const Analysis& analysis, const SparseMatrix& a)
             };
             if (a.symmetric) {
                 for (std::int64_t p = a.start[old]; p < a.start[old + 1]; ++p)
-                    below(a.column[p], p);
+                    below(a.column[p], lower[p]);
                 continue;
             }
             for (std::int64_t q = start[old]; q < start[old + 1]; ++q)

@@ -26,7 +26,8 @@ public:
     // `a` is the matrix whose symmetrised pattern was analysed; its values are not looked at.
     Assembly(const Analysis& analysis, const SparseMatrix& a);
 
-    // Adds the entries of A, in the sequence of the pattern, that belong to the pivots of front f.
+    // Adds the entries of A, in the sequence of the pattern, that belong to the pivots of front f. Of a
+    // symmetric matrix only those with column <= row are read.
     void addEntries(int f, const double* value, const FrontStorage& front) const;
 
     // Adds the contribution of front `child`, a matrix of the order of its rest, to the front of its parent.

@@ -26,7 +26,8 @@ public:
     // Takes all memory that there is need of. Analysis and assembly must outlive the factor.
     Factor(const Analysis& analysis, const Assembly& assembly);
 
-    // `value` are the entries in the sequence of the pattern of the assembly. May be called again, for other
+    // `value` are the entries in the sequence of the pattern of the assembly, of a symmetric matrix those
+    // with column <= row. May be called again, for other
     // values or another rule; throws nothing but what `progress` does.
     void factorise(const double* value, const PivotRule& rule, const Progress& progress);
 
@@ -51,6 +52,7 @@ public:
 private:
     void assemble(int front, const double* value, const FrontStorage& storage) const;
     void eliminate(const Front& front, const PivotRule& rule, const FrontStorage& storage);
+    void gather(const Front& front, const Vectors& y, std::vector<double>& work) const;
     void forward(const Front& front, Vectors& y, std::vector<double>& work, bool transposed) const;
     void backward(const Front& front, Vectors& y, std::vector<double>& work, bool transposed) const;
     void countPivots(bool shifted);

@@ -2,6 +2,7 @@
 #include "front.h"
 
 #include "dense.h"
+#include "triangles.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -32,26 +33,12 @@ void inPieces(int m, int n, int k, Product product)
             product(j, std::min(width, n - j), l, std::min(depth, k - l));
 }
 
-// Panels are solved with the inverses of small triangles: with many rows that is about twice as fast as
-// OpenBLAS's triangular solves.
-constexpr int solveBlock = 32;
+// Panels are solved with small triangles; the lower ones are inverted before: with many columns that is about
+// twice as fast as OpenBLAS's triangular solves.
+constexpr int solveBlock = triangles::mostColumns;
 constexpr bool worthInverting(int triangle, int others)
 {
     return others >= 3 * triangle;
-}
-
-// B := B * U^-1, U upper triangular of order n <= solveBlock with unit diagonal, B of m rows
-void solveByUpperUnit(int m, int n, const double* u, int ldu, double* b, int ldb)
-{
-    if (!worthInverting(n, m)) {
-        dense::trsm('R', 'U', 'N', 'U', m, n, u, ldu, b, ldb);
-        return;
-    }
-    double inverse[solveBlock * solveBlock];
-    for (int j = 0; j < n; ++j)
-        std::copy_n(u + static_cast<std::int64_t>(ldu) * j, j, inverse + n * j);
-    dense::invert('U', 'U', n, inverse, n);
-    dense::trmm('R', 'U', 'U', m, n, inverse, n, b, ldb);
 }
 
 // B := L^-1 * B, L lower triangular of order m <= solveBlock, B of n columns
@@ -92,7 +79,7 @@ void eliminateSymmetric(const PivotRule& rule, int pivots, int rest, double* pan
             const int later = pivots - j - width;
             const double* diagonal = panel + at(j, j);
             double* rows = panel + at(pivots, j);
-            solveByUpperUnit(rest, width, diagonal, order, rows, order);
+            triangles::solveByUpperUnit(rest, width, diagonal, order, rows, order);
             inPieces(rest, later, width, [&](int k, int columns, int l, int depth) {
                 dense::subtractScaledProduct(rest, columns, depth, rows + at(0, l), order,
                                              diagonal + at(width + k, l), order, 1.0, rows + at(0, width + k),
@@ -124,7 +111,7 @@ void eliminateUnsymmetric(const PivotRule& rule, int pivots, int rest, double* p
         const int width = std::min(solveBlock, pivots - j);
         const int next = j + width, later = pivots - next;
         // L21*D := F21 * U11^-1
-        solveByUpperUnit(rest, width, at(j, j), order, at(pivots, j), order);
+        triangles::solveByUpperUnit(rest, width, at(j, j), order, at(pivots, j), order);
         if (later > 0)
             dense::gemm('N', 'N', rest, later, width, -1.0, at(pivots, j), order, at(j, next), order, 1.0,
                         at(pivots, next), order);

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <new>
+#include <numeric>
 #include <thread>
 
 namespace {
@@ -110,17 +111,16 @@ void bla_solver::factorise(const double* value)
     const BlasThreads threads(options.threads);
     auto made = std::make_unique<Numbers>();
     made->threads = blaC_get_num_threads();
-    {
+    std::unique_ptr<const Plan> other;
+    if (!equilibrateByDiagonal(value, made->equilibrated)) {
         const SparseMatrix a = rows->matrix(value);
         made->equilibrated = a.symmetric ? equilibrateSymmetric(a)
                              : wishes.kept.empty()
                                  ? equilibrateUnsymmetric(a, plan->demands.rowOf)
                                  : equilibrateUnsymmetric(a, plan->demands.rowOf, wishes.kept);
+        if (Demands demands = numericDemands(made->equilibrated); !serves(plan->demands, demands))
+            other = std::make_unique<const Plan>(made->equilibrated.matrix, wishes, std::move(demands));
     }
-    Demands demands = numericDemands(made->equilibrated);
-    std::unique_ptr<const Plan> other;
-    if (!serves(plan->demands, demands))
-        other = std::make_unique<const Plan>(made->equilibrated.matrix, wishes, std::move(demands));
     const Plan& used = other ? *other : *plan;
     const double bytes = this->bytes(used);
     if (options.memoryLimit > 0.0 && bytes > options.memoryLimit)
@@ -133,7 +133,7 @@ void bla_solver::factorise(const double* value)
         made->factor = std::make_unique<Factor>(used.analysis, *used.assembly);
     made->replaced.reserve(rows->pattern().n);
 
-    factoriseWell(inPlace ? *numbers->factor : *made->factor, *made);
+    factoriseWell(inPlace ? *numbers->factor : *made->factor, value, *made);
 
     if (inPlace)
         made->factor = std::move(numbers->factor);
@@ -160,25 +160,49 @@ double bla_solver::bytes(const Plan& used) const
            (vectors + trial) * n();
 }
 
+// A matrix like a definite one is equilibrated by its diagonal, its demands are those of the pattern: nothing
+// of it is looked at more than once. False, and nothing made, where it is not like that.
+bool bla_solver::equilibrateByDiagonal(const double* value, Equilibrated& made)
+{
+    if (!rows->pattern().symmetric)
+        return false;
+    std::vector<double> scale = diagonalScales(rows->diagonal(value));
+    if (scale.empty())
+        return false;
+    scaledEntries.resize(rows->pattern().entries());
+    if (!rows->scaledLower(value, scale, scaledEntries.data()))
+        return false;
+    made.rowOf.resize(n());
+    std::iota(made.rowOf.begin(), made.rowOf.end(), 0);
+    made.structuralRank = n();
+    made.row = scale;
+    made.column = std::move(scale);
+    return true;
+}
+
 // Factorises with tiny pivots replaced or shifted as asked. Where that is left to us, and the factor does not
 // find known solutions again, they are shifted if that does better.
-void bla_solver::factoriseWell(Factor& factor, Numbers& made) const
+void bla_solver::factoriseWell(Factor& factor, const double* value, Numbers& made) const
 {
-    const SparseMatrix& a = made.equilibrated.matrix;
+    SparseMatrix& a = made.equilibrated.matrix; // without entries where the diagonal has equilibrated
+    const bool symmetric = plan->symmetric();
+    const double* const used = a.n == n() ? a.value.data() : scaledEntries.data();
     const int width = static_cast<int>(options.panelWidth);
     const PivotRule asked{options.tolerance, options.shift, width},
         shifting{shiftTolerance, pivotShift, width};
     const auto run = [&](const PivotRule& rule, const char* phase) {
-        factor.factorise(a.value.data(), rule, [&](double share) { report(phase, share); });
+        factor.factorise(used, rule, [&](double share) { report(phase, share); });
         made.shifted = rule.shift > 0.0;
     };
     run(asked, "factorising");
-    const bool definite = a.n == 0 || (a.symmetric && factor.negative() == 0 && factor.treated() == 0);
+    const bool definite = n() == 0 || (symmetric && factor.negative() == 0 && factor.treated() == 0);
     if (definite || options.shift > 0.0 || !wishes.kept.empty())
         return;
     const Factorised inverse{[&](Vectors& x) { factor.solve(x); }, [&](Vectors& x) { factor.solve(x, true); },
                              true};
     try {
+        if (a.n == 0)
+            a = made.equilibrated.applied(rows->matrix(value));
         const Recovery first = recover(a, inverse.solve, few);
         if (first.good())
             return;

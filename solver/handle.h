@@ -87,6 +87,9 @@ struct bla_solver
 private:
     // Throws Failure where the monitor asks for it.
     void report(const char* phase, double share) const;
-    void factoriseWell(Factor& factor, Numbers& made) const;
+    bool equilibrateByDiagonal(const double* value, Equilibrated& made);
+    void factoriseWell(Factor& factor, const double* value, Numbers& made) const;
     void apply(Vectors& x, bool transposed) const;
+
+    std::vector<double> scaledEntries; // the entries that equilibrateByDiagonal makes, kept for the next ones
 };

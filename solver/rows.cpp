@@ -126,11 +126,11 @@ std::vector<double> Rows::diagonal(const double* value) const
 
 bool Rows::scaledLower(const double* value, const std::vector<double>& scale, double* scaled) const
 {
-    double bad = 0.0;
+    std::int64_t beyond = 0;
     const auto scaleRow = [&](int i, const auto& entryAt) {
         for (std::int64_t p = pattern_.start[i]; p < lowerEnd_[i]; ++p) {
             scaled[p] = entryAt(p) * (scale[i] * scale[pattern_.column[p]]);
-            bad += std::fabs(scaled[p]) <= 2.0 ? 0.0 : 1.0;
+            beyond += std::fabs(scaled[p]) <= 2.0 ? 0 : 1;
         }
     };
     for (int i = 0; i < pattern_.n; ++i)
@@ -138,7 +138,7 @@ bool Rows::scaledLower(const double* value, const std::vector<double>& scale, do
             scaleRow(i, [&](std::int64_t p) { return value[source_[p]]; });
         else
             scaleRow(i, [&](std::int64_t p) { return entry(value, p); });
-    return bad == 0.0;
+    return beyond == 0;
 }
 
 SparseMatrix Rows::matrix(const double* value) const
@@ -158,5 +158,6 @@ SparseMatrix Rows::matrix(const double* value) const
 
 double Rows::bytes() const
 {
-    return storageOf(pattern_.start) + storageOf(pattern_.column) + storageOf(source_) + storageOf(first_);
+    return storageOf(pattern_.start) + storageOf(pattern_.column) + storageOf(lowerEnd_) +
+           storageOf(source_) + storageOf(first_);
 }
