@@ -66,28 +66,30 @@ inline void trmm(char side, char uplo, char diag, int m, int n, const double* t,
     blac_dtrmm_(&side, &uplo, &trans, &diag, &m, &n, &one, t, &ldt, b, &ldb);
 }
 
-// Products and solves with one column, the common case of a solution, go to the routines for vectors.
-// C := beta*C + alpha*op(A)*B, A of m rows and n columns
-inline void multiplyColumns(char trans, int m, int n, int columns, double alpha, const double* a, int lda,
-                            const double* b, int ldb, double beta, double* c, int ldc)
+// Rows of right-hand sides, `count` numbers each, one after the other: B is count x n. A single one goes to
+// the routines for vectors.
+// B := B * op(T)^-1, T triangular of order n
+inline void solveRows(char uplo, char trans, char diag, int count, int n, const double* t, int ldt, double* b)
 {
     const int one = 1;
-    if (columns == 1)
-        blac_dgemv_(&trans, &m, &n, &alpha, a, &lda, b, &one, &beta, c, &one);
+    const char other = trans == 'N' ? 'T' : 'N';
+    if (count == 1)
+        blac_dtrsv_(&uplo, &other, &diag, &n, t, &ldt, b, &one);
     else
-        gemm(trans, 'N', trans == 'N' ? m : n, columns, trans == 'N' ? n : m, alpha, a, lda, b, ldb, beta, c,
-             ldc);
+        trsm('R', uplo, trans, diag, count, n, t, ldt, b, count);
 }
 
-// B := op(T)^-1 * B, T triangular of order n
-inline void solveColumns(char uplo, char trans, char diag, int n, int columns, const double* t, int ldt,
-                         double* b, int ldb)
+// C := C - B * op(A), C of n columns, B of k
+inline void subtractRows(char trans, int count, int n, int k, const double* b, const double* a, int lda,
+                         double* c)
 {
-    const int one = 1;
-    if (columns == 1)
-        blac_dtrsv_(&uplo, &trans, &diag, &n, t, &ldt, b, &one);
+    const int one = 1, rows = trans == 'N' ? k : n, columns = trans == 'N' ? n : k;
+    const char other = trans == 'N' ? 'T' : 'N';
+    const double minus = -1.0, plus = 1.0;
+    if (count == 1)
+        blac_dgemv_(&other, &rows, &columns, &minus, a, &lda, b, &one, &plus, c, &one);
     else
-        trsm('L', uplo, trans, diag, n, columns, t, ldt, b, ldb);
+        gemm('N', trans, count, n, k, -1.0, b, count, a, lda, 1.0, c, count);
 }
 
 } // namespace dense

@@ -52,9 +52,12 @@ public:
 private:
     void assemble(int front, const double* value, const FrontStorage& storage) const;
     void eliminate(const Front& front, const PivotRule& rule, const FrontStorage& storage);
-    void gather(const Front& front, const Vectors& y, std::vector<double>& work) const;
-    void forward(const Front& front, Vectors& y, std::vector<double>& work, bool transposed) const;
-    void backward(const Front& front, Vectors& y, std::vector<double>& work, bool transposed) const;
+    void gather(const Front& front, const double* y, int width, double* v) const;
+    void scatter(const Front& front, int count, const double* v, int width, double* y) const;
+    void forwardByLower(const Front& front, int width, double* v) const;
+    void backwardByLower(const Front& front, int width, double* v) const;
+    void forwardByUpper(const Front& front, int width, double* v) const;
+    void backwardByUpper(const Front& front, int width, double* v) const;
     void countPivots(bool shifted);
 
     const Analysis& analysis_;

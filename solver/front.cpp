@@ -35,7 +35,7 @@ void inPieces(int m, int n, int k, Product product)
 
 // Panels are solved with small triangles; the lower ones are inverted before: with many columns that is about
 // twice as fast as OpenBLAS's triangular solves.
-constexpr int solveBlock = triangles::mostColumns;
+constexpr int solveBlock = narrowTriangle;
 constexpr bool worthInverting(int triangle, int others)
 {
     return others >= 3 * triangle;
@@ -79,7 +79,7 @@ void eliminateSymmetric(const PivotRule& rule, int pivots, int rest, double* pan
             const int later = pivots - j - width;
             const double* diagonal = panel + at(j, j);
             double* rows = panel + at(pivots, j);
-            triangles::solveByUpperUnit(rest, width, diagonal, order, rows, order);
+            solveByUpperUnit(rest, width, diagonal, order, rows, order);
             inPieces(rest, later, width, [&](int k, int columns, int l, int depth) {
                 dense::subtractScaledProduct(rest, columns, depth, rows + at(0, l), order,
                                              diagonal + at(width + k, l), order, 1.0, rows + at(0, width + k),
@@ -111,7 +111,7 @@ void eliminateUnsymmetric(const PivotRule& rule, int pivots, int rest, double* p
         const int width = std::min(solveBlock, pivots - j);
         const int next = j + width, later = pivots - next;
         // L21*D := F21 * U11^-1
-        triangles::solveByUpperUnit(rest, width, at(j, j), order, at(pivots, j), order);
+        solveByUpperUnit(rest, width, at(j, j), order, at(pivots, j), order);
         if (later > 0)
             dense::gemm('N', 'N', rest, later, width, -1.0, at(pivots, j), order, at(j, next), order, 1.0,
                         at(pivots, next), order);

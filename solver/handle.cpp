@@ -95,7 +95,9 @@ void bla_solver::analyse(Kind kind, int n, const std::int64_t* start, const int*
     checkWishes(asked, n);
     auto given = std::make_unique<const Rows>(kind, n, start, column);
     auto made = std::make_unique<const Plan>(given->pattern(), asked, patternDemands(given->pattern()));
+    std::vector<double> room(given->pattern().symmetric ? given->pattern().entries() : 0);
     report("analysing", 1.0);
+    scaledEntries = std::move(room);
     rows = std::move(given);
     wishes = std::move(asked);
     plan = std::move(made);
@@ -169,7 +171,6 @@ bool bla_solver::equilibrateByDiagonal(const double* value, Equilibrated& made)
     std::vector<double> scale = diagonalScales(rows->diagonal(value));
     if (scale.empty())
         return false;
-    scaledEntries.resize(rows->pattern().entries());
     if (!rows->scaledLower(value, scale, scaledEntries.data()))
         return false;
     made.rowOf.resize(n());

@@ -91,5 +91,5 @@ private:
     void factoriseWell(Factor& factor, const double* value, Numbers& made) const;
     void apply(Vectors& x, bool transposed) const;
 
-    std::vector<double> scaledEntries; // the entries that equilibrateByDiagonal makes, kept for the next ones
+    std::vector<double> scaledEntries; // room for those that equilibrateByDiagonal makes
 };

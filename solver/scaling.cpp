@@ -67,7 +67,7 @@ std::vector<double> diagonalScales(const std::vector<double>& diagonal)
             return {};
         int exponent;
         std::frexp(diagonal[i], &exponent); // 1/2 <= |d| / 2^exponent < 1
-        const int half = exponent >= 0 ? exponent / 2 : -((1 - exponent) / 2);
+        const int half = exponent >> 1;     // rounded down
         if (std::abs(half) > static_cast<int>(mostExponent))
             return {};
         s[i] = std::ldexp(1.0, -half);

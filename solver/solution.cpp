@@ -1,100 +1,113 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The solution over the tree: forward from the leaves to the roots, backward from the roots to the leaves.
+// Right-hand sides are held unknown by unknown, so that what a front takes and gives is in one piece each.
+#include "columns.h"
 #include "dense.h"
 #include "factor.h"
-#include "triangles.h"
 
 #include <algorithm>
 
+namespace {
+
+// More right-hand sides than this are worth the calls of the BLAS.
+constexpr int few = 16;
+
+// One number, or a multiple of columnGroup.
+void copyRow(int width, const double* from, double* to)
+{
+    if (width == 1)
+        *to = *from;
+    else
+        for (int j = 0; j < width; j += columnGroup)
+            std::copy_n(from + j, columnGroup, to + j);
+}
+
+} // namespace
+
 void Factor::solve(Vectors& x, bool transposed) const
 {
-    const bool swapped = transposed && !symmetric_;
-    Vectors y(analysis_.n, x.columns);
+    const int width = x.columns == 1 ? 1 : (x.columns + columnGroup - 1) / columnGroup * columnGroup;
+    std::vector<double> y(static_cast<std::size_t>(analysis_.n) * width),
+        work(static_cast<std::size_t>(analysis_.largestFront) * width);
     for (int j = 0; j < x.columns; ++j)
         for (int k = 0; k < x.n; ++k)
-            y.column(j)[k] = x.column(j)[analysis_.permutation[k]];
-    std::vector<double> work(static_cast<std::size_t>(analysis_.largestFront) * x.columns);
-    for (auto f = analysis_.fronts.begin(); f != analysis_.fronts.end(); ++f)
-        forward(*f, y, work, swapped);
-    for (auto f = analysis_.fronts.rbegin(); f != analysis_.fronts.rend(); ++f)
-        backward(*f, y, work, swapped);
+            y[j + static_cast<std::size_t>(width) * k] = x.column(j)[analysis_.permutation[k]];
+    const bool upperFirst = transposed && !symmetric_, lowerLast = transposed || symmetric_;
+    for (auto f = analysis_.fronts.begin(); f != analysis_.fronts.end(); ++f) {
+        gather(*f, y.data(), width, work.data());
+        upperFirst ? forwardByUpper(*f, width, work.data()) : forwardByLower(*f, width, work.data());
+        scatter(*f, f->order, work.data(), width, y.data());
+    }
+    for (auto f = analysis_.fronts.rbegin(); f != analysis_.fronts.rend(); ++f) {
+        gather(*f, y.data(), width, work.data());
+        lowerLast ? backwardByLower(*f, width, work.data()) : backwardByUpper(*f, width, work.data());
+        scatter(*f, f->pivots, work.data(), width, y.data());
+    }
     for (int j = 0; j < x.columns; ++j)
         for (int k = 0; k < x.n; ++k)
-            x.column(j)[analysis_.permutation[k]] = y.column(j)[k];
+            x.column(j)[analysis_.permutation[k]] = y[j + static_cast<std::size_t>(width) * k];
 }
 
-// work := y1 over y2, of one column
-void Factor::gather(const Front& f, const Vectors& y, std::vector<double>& work) const
+// V := the rows of Y that a front has; those of its pivots lie together
+void Factor::gather(const Front& f, const double* y, int width, double* v) const
 {
-    std::copy_n(y.value.data() + f.first, f.pivots, work.data());
     const int* rows = analysis_.rowsOf(f);
+    const std::int64_t step = width;
+    std::copy_n(y + step * f.first, step * f.pivots, v);
     for (int i = f.pivots; i < f.order; ++i)
-        work[i] = y.value[rows[i]];
+        copyRow(width, y + step * rows[i], v + step * i);
 }
 
-// y1 := (L11*D)^-1 * y1, y2 := y2 - (L21*D) * y1; transposed, y1 := U11^-T * y1, y2 := y2 - U12^T * y1
-void Factor::forward(const Front& f, Vectors& y, std::vector<double>& work, bool transposed) const
+// the first `count` of them back
+void Factor::scatter(const Front& f, int count, const double* v, int width, double* y) const
 {
-    const double* panel = panels_.get() + f.panel;
-    double* own = y.value.data() + f.first;
-    const int* rows = analysis_.rowsOf(f) + f.pivots;
-    const int rest = f.rest();
-    if (y.columns == 1 && !transposed) {
-        gather(f, y, work);
-        triangles::forward(f.order, f.pivots, panel, dinv_.data() + f.first, work.data());
-        std::copy_n(work.data(), f.pivots, own);
-        for (int i = 0; i < rest; ++i)
-            y.value[rows[i]] = work[f.pivots + i];
-        return;
-    }
-    if (transposed)
-        dense::solveColumns('U', 'T', 'U', f.pivots, y.columns, panel, f.order, own, y.n);
-    else
-        dense::solveColumns('L', 'N', 'N', f.pivots, y.columns, panel, f.order, own, y.n);
-    if (rest == 0)
-        return;
-    if (transposed)
-        dense::multiplyColumns('T', f.pivots, rest, y.columns, 1.0, rights_.get() + f.right, f.pivots, own,
-                               y.n, 0.0, work.data(), rest);
-    else
-        dense::multiplyColumns('N', rest, f.pivots, y.columns, 1.0, panel + f.pivots, f.order, own, y.n, 0.0,
-                               work.data(), rest);
-    for (int j = 0; j < y.columns; ++j)
-        for (int i = 0; i < rest; ++i)
-            y.column(j)[rows[i]] -= work[i + static_cast<std::size_t>(rest) * j];
+    const int* rows = analysis_.rowsOf(f);
+    const std::int64_t step = width;
+    std::copy_n(v, step * f.pivots, y + step * f.first);
+    for (int i = f.pivots; i < count; ++i)
+        copyRow(width, v + step * i, y + step * rows[i]);
 }
 
-// Unsymmetric: y1 := U11^-1 * (y1 - U12*y2), transposed y1 := (L11*D)^-T * (y1 - (L21*D)^T*y2). Symmetric,
-// where only L*D is there: y1 := (L11*D)^-T * (D*y1 - (L21*D)^T*y2)
-void Factor::backward(const Front& f, Vectors& y, std::vector<double>& work, bool transposed) const
+// V1 := (L11*D)^-1 * V1, V2 := V2 - (L21*D) * V1
+void Factor::forwardByLower(const Front& f, int width, double* v) const
 {
     const double* panel = panels_.get() + f.panel;
-    double* own = y.value.data() + f.first;
-    const int rest = f.rest();
-    const int* rows = analysis_.rowsOf(f) + f.pivots;
-    if (y.columns == 1 && (symmetric_ || transposed)) {
-        gather(f, y, work);
-        if (symmetric_)
-            for (int k = 0; k < f.pivots; ++k)
-                work[k] *= d_[f.first + k];
-        triangles::backward(f.order, f.pivots, panel, dinv_.data() + f.first, work.data());
-        std::copy_n(work.data(), f.pivots, own);
-        return;
-    }
-    for (int j = 0; j < y.columns; ++j)
-        for (int i = 0; i < rest; ++i)
-            work[i + static_cast<std::size_t>(rest) * j] = y.column(j)[rows[i]];
-    if (symmetric_ || transposed) {
-        if (symmetric_)
-            dense::scaleRows(f.pivots, y.columns, own, y.n, d_.data() + f.first);
-        if (rest > 0)
-            dense::multiplyColumns('T', rest, f.pivots, y.columns, -1.0, panel + f.pivots, f.order,
-                                   work.data(), rest, 1.0, own, y.n);
-        dense::solveColumns('L', 'T', 'N', f.pivots, y.columns, panel, f.order, own, y.n);
-    } else {
-        if (rest > 0)
-            dense::multiplyColumns('N', f.pivots, rest, y.columns, -1.0, rights_.get() + f.right, f.pivots,
-                                   work.data(), rest, 1.0, own, y.n);
-        dense::solveColumns('U', 'N', 'U', f.pivots, y.columns, panel, f.order, own, y.n);
-    }
+    if (width <= few)
+        return solveForward(f.order, f.pivots, panel, dinv_.data() + f.first, v, width);
+    double* const other = v + static_cast<std::int64_t>(width) * f.pivots;
+    dense::trsm('R', 'L', 'T', 'N', width, f.pivots, panel, f.order, v, width);
+    dense::gemm('N', 'T', width, f.rest(), f.pivots, -1.0, v, width, panel + f.pivots, f.order, 1.0, other,
+                width);
+}
+
+// V1 := (L11*D)^-T * (V1 - (L21*D)^T * V2), of a symmetric factor with D * V1 in place of V1
+void Factor::backwardByLower(const Front& f, int width, double* v) const
+{
+    if (symmetric_)
+        for (int k = 0; k < f.pivots; ++k)
+            for (int j = 0; j < width; ++j)
+                v[static_cast<std::int64_t>(width) * k + j] *= d_[f.first + k];
+    const double* panel = panels_.get() + f.panel;
+    if (width <= few)
+        return solveBackward(f.order, f.pivots, panel, dinv_.data() + f.first, v, width);
+    const double* const other = v + static_cast<std::int64_t>(width) * f.pivots;
+    dense::gemm('N', 'N', width, f.pivots, f.rest(), -1.0, other, width, panel + f.pivots, f.order, 1.0, v,
+                width);
+    dense::trsm('R', 'L', 'N', 'N', width, f.pivots, panel, f.order, v, width);
+}
+
+// V1 := U11^-T * V1, V2 := V2 - U12^T * V1
+void Factor::forwardByUpper(const Front& f, int width, double* v) const
+{
+    double* const other = v + static_cast<std::int64_t>(width) * f.pivots;
+    dense::solveRows('U', 'N', 'U', width, f.pivots, panels_.get() + f.panel, f.order, v);
+    dense::subtractRows('N', width, f.rest(), f.pivots, v, rights_.get() + f.right, f.pivots, other);
+}
+
+// V1 := U11^-1 * (V1 - U12 * V2)
+void Factor::backwardByUpper(const Front& f, int width, double* v) const
+{
+    const double* const other = v + static_cast<std::int64_t>(width) * f.pivots;
+    dense::subtractRows('T', width, f.pivots, f.rest(), other, rights_.get() + f.right, f.pivots, v);
+    dense::solveRows('U', 'T', 'U', width, f.pivots, panels_.get() + f.panel, f.order, v);
 }

@@ -111,8 +111,7 @@ double euclidean(const double* x, int n)
 std::vector<double> combined(const Vectors& a, const double* v)
 {
     std::vector<double> result(a.n);
-    dense::multiplyColumns('N', a.n, a.columns, 1, 1.0, a.value.data(), a.n, v, a.columns, 0.0, result.data(),
-                           a.n);
+    dense::gemm('N', 'N', a.n, 1, a.columns, 1.0, a.value.data(), a.n, v, a.columns, 0.0, result.data(), a.n);
     return result;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Equilibration: powers of two, exactly applied, that bring the entries to the order of one.
 #include "random.h"
+#include "rows.h"
 #include "scaling.h"
 #include "triplets.h"
 
@@ -140,6 +141,84 @@ TEST(Scaling, CarriesRightHandSidesInAndSolutionsOut)
             EXPECT_EQ(entered.column(j)[i], b.column(j)[e.rowOf[i]] * e.row[i]);
             EXPECT_EQ(left.column(j)[i], b.column(j)[i] * e.column[i]);
         }
+}
+
+// The entries of a symmetric matrix at and below its diagonal, some given in two parts.
+struct Given
+{
+    std::vector<std::int64_t> start{0};
+    std::vector<int> column;
+    std::vector<double> value;
+
+    explicit Given(const SparseMatrix& a)
+    {
+        for (int i = 0; i < a.n; ++i) {
+            for (auto p = a.start[i]; p < a.start[i + 1] && a.column[p] <= i; ++p)
+                for (int part = 0; part < 1 + (p % 3 == 0); ++part) {
+                    column.push_back(a.column[p]);
+                    value.push_back(a.value[p] / (1 + (p % 3 == 0)));
+                }
+            start.push_back(static_cast<std::int64_t>(column.size()));
+        }
+    }
+};
+
+TEST(ScalingByTheDiagonal, IsThatOfTheWholeMatrix)
+{
+    std::mt19937_64 random = generator(5);
+    for (int n : {1, 2, 9, 40}) {
+        std::vector<Triplet> entries;
+        std::vector<double> size(n);
+        for (double& s : size)
+            s = magnitude(random);
+        for (int i = 0; i < n; ++i)
+            for (int j = 0; j <= i; ++j) {
+                const double x = (i == j ? 1.5 : random() % 3 == 0 ? -0.4 : 0.0) * size[i] * size[j];
+                if (x != 0.0)
+                    entries.push_back({i, j, x});
+                if (x != 0.0 && i != j)
+                    entries.push_back({j, i, x});
+            }
+        SparseMatrix a = fromTriplets(n, entries);
+        a.symmetric = true;
+        const Given given(a);
+        const Rows rows(Kind::symmetricLower, n, given.start.data(), given.column.data());
+        const std::vector<double> diagonal = rows.diagonal(given.value.data());
+        const std::vector<double> scale = diagonalScales(diagonal);
+        ASSERT_EQ(static_cast<int>(scale.size()), n);
+        std::vector<double> scaled(a.entries());
+        ASSERT_TRUE(rows.scaledLower(given.value.data(), scale, scaled.data()));
+        for (int i = 0; i < n; ++i) {
+            EXPECT_TRUE(power_of_two(scale[i]));
+            for (auto p = a.start[i]; p < a.start[i + 1] && a.column[p] <= i; ++p) {
+                const int j = a.column[p];
+                EXPECT_EQ(scaled[p], a.value[p] * scale[i] * scale[j]);
+                if (i == j) {
+                    EXPECT_EQ(diagonal[i], a.value[p]);
+                    EXPECT_GE(std::fabs(scaled[p]), 0.5);
+                    EXPECT_LT(std::fabs(scaled[p]), 2.0);
+                }
+            }
+        }
+        for (double bad : {HUGE_VAL, std::nan(""), 8.0 * size[n - 1] * size[0], 1e300})
+            for (std::size_t e = 0; e < given.value.size(); ++e) {
+                if (given.column[e] != 0 || static_cast<std::int64_t>(e) < given.start[n - 1])
+                    continue; // the last row's first entry
+                std::vector<double> value = given.value;
+                value[e] = bad;
+                EXPECT_FALSE(rows.scaledLower(value.data(), scale, scaled.data())) << bad;
+            }
+    }
+}
+
+TEST(ScalingByTheDiagonal, NeedsADiagonalWithinReach)
+{
+    EXPECT_TRUE(diagonalScales({1.0, 0.0}).empty());
+    EXPECT_TRUE(diagonalScales({1.0, HUGE_VAL}).empty());
+    EXPECT_TRUE(diagonalScales({std::nan("")}).empty());
+    EXPECT_TRUE(diagonalScales({5e-324}).empty());
+    EXPECT_EQ(diagonalScales({1.0, -4.0, 0.25, 3e-300}),
+              (std::vector<double>{1.0, 0.5, 2.0, std::ldexp(1.0, 497)}));
 }
 
 } // namespace

@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "columns.h"
+
+#include "vectors.h"
+
+#include <cstdint>
+
+namespace {
+
+// Columns of the panel that are taken at once.
+constexpr int together = 4;
+
+// One right-hand side: vectors run along the rows.
+
+// v := v - sum over Columns of column q of l * x[q], for the rows of T
+template <class T, int Columns>
+BLA_BODY void subtractColumns(const double* l, std::int64_t ld, const double* x, double* v)
+{
+    T sum{}, part;
+    for (int q = 0; q < Columns; ++q) {
+        load(part, l + ld * q);
+        sum += part * x[q];
+    }
+    load(part, v);
+    store(v, part - sum);
+}
+
+// Columns j ... j + Columns - 1 of L.
+template <int Columns>
+BLA_BODY void forwardColumns(int j, int order, const double* l, const double* reciprocal, double* v)
+{
+    const double* const column = l + std::int64_t{order} * j;
+    for (int q = 0; q < Columns; ++q) {
+        for (int k = 0; k < q; ++k)
+            v[j + q] -= column[j + q + std::int64_t{order} * k] * v[j + k];
+        v[j + q] *= reciprocal[j + q];
+    }
+    int i = j + Columns;
+    for (; i + lanes <= order; i += lanes)
+        subtractColumns<Four, Columns>(column + i, order, v + j, v + i);
+    for (; i < order; ++i)
+        subtractColumns<double, Columns>(column + i, order, v + j, v + i);
+}
+
+template <int Columns>
+BLA_BODY void backwardColumns(int j, int order, const double* l, const double* reciprocal, double* v)
+{
+    const double* const column = l + std::int64_t{order} * j;
+    Four sums[Columns] = {};
+    int i = j + Columns;
+    for (; i + lanes <= order; i += lanes) {
+        Four part, factor;
+        load(factor, v + i);
+        for (int q = 0; q < Columns; ++q) {
+            load(part, column + i + std::int64_t{order} * q);
+            sums[q] += part * factor;
+        }
+    }
+    for (int q = Columns - 1; q >= 0; --q) {
+        const double* const own = column + std::int64_t{order} * q;
+        double sum = (sums[q][0] + sums[q][1]) + (sums[q][2] + sums[q][3]);
+        for (int k = i; k < order; ++k)
+            sum += own[k] * v[k];
+        for (int k = q + 1; k < Columns; ++k)
+            sum += own[j + k] * v[j + k];
+        v[j + q] = (v[j + q] - sum) * reciprocal[j + q];
+    }
+}
+
+BLA_BODY void forwardOne(int order, int pivots, const double* l, const double* reciprocal, double* v)
+{
+    int j = 0;
+    for (; j + together <= pivots; j += together)
+        forwardColumns<together>(j, order, l, reciprocal, v);
+    for (; j < pivots; ++j)
+        forwardColumns<1>(j, order, l, reciprocal, v);
+}
+
+BLA_BODY void backwardOne(int order, int pivots, const double* l, const double* reciprocal, double* v)
+{
+    int j = pivots;
+    for (; j % together != 0; --j)
+        backwardColumns<1>(j - 1, order, l, reciprocal, v);
+    for (; j > 0; j -= together)
+        backwardColumns<together>(j - together, order, l, reciprocal, v);
+}
+
+// Several: vectors run along a row of V, `ld` apart, Fours of them.
+
+template <int Fours, int Columns>
+BLA_BODY void forwardGroup(int j, int order, const double* l, const double* reciprocal, double* v,
+                           std::int64_t ld)
+{
+    const double* const column = l + std::int64_t{order} * j;
+    Four x[Columns][Fours];
+    for (int q = 0; q < Columns; ++q)
+        for (int g = 0; g < Fours; ++g) {
+            double* const own = v + ld * (j + q) + lanes * g;
+            load(x[q][g], own);
+            for (int k = 0; k < q; ++k)
+                x[q][g] -= x[k][g] * column[j + q + std::int64_t{order} * k];
+            x[q][g] *= reciprocal[j + q];
+            store(own, x[q][g]);
+        }
+    for (int i = j + Columns; i < order; ++i)
+        for (int g = 0; g < Fours; ++g) {
+            double* const row = v + ld * i + lanes * g;
+            Four left;
+            load(left, row);
+            for (int q = 0; q < Columns; ++q)
+                left -= x[q][g] * column[i + std::int64_t{order} * q];
+            store(row, left);
+        }
+}
+
+template <int Fours, int Columns>
+BLA_BODY void backwardGroup(int j, int order, const double* l, const double* reciprocal, double* v,
+                            std::int64_t ld)
+{
+    const double* const column = l + std::int64_t{order} * j;
+    Four x[Columns][Fours], sums[Columns][Fours] = {};
+    for (int i = j + Columns; i < order; ++i)
+        for (int g = 0; g < Fours; ++g) {
+            Four row;
+            load(row, v + ld * i + lanes * g);
+            for (int q = 0; q < Columns; ++q)
+                sums[q][g] += row * column[i + std::int64_t{order} * q];
+        }
+    for (int q = Columns - 1; q >= 0; --q)
+        for (int g = 0; g < Fours; ++g) {
+            double* const own = v + ld * (j + q) + lanes * g;
+            load(x[q][g], own);
+            for (int k = q + 1; k < Columns; ++k)
+                sums[q][g] += x[k][g] * column[j + k + std::int64_t{order} * q];
+            x[q][g] = (x[q][g] - sums[q][g]) * reciprocal[j + q];
+            store(own, x[q][g]);
+        }
+}
+
+template <int Fours>
+BLA_BODY void forwardSeveral(int order, int pivots, const double* l, const double* reciprocal, double* v,
+                             std::int64_t ld)
+{
+    int j = 0;
+    for (; j + together <= pivots; j += together)
+        forwardGroup<Fours, together>(j, order, l, reciprocal, v, ld);
+    for (; j < pivots; ++j)
+        forwardGroup<Fours, 1>(j, order, l, reciprocal, v, ld);
+}
+
+template <int Fours>
+BLA_BODY void backwardSeveral(int order, int pivots, const double* l, const double* reciprocal, double* v,
+                              std::int64_t ld)
+{
+    int j = pivots;
+    for (; j % together != 0; --j)
+        backwardGroup<Fours, 1>(j - 1, order, l, reciprocal, v, ld);
+    for (; j > 0; j -= together)
+        backwardGroup<Fours, together>(j - together, order, l, reciprocal, v, ld);
+}
+
+BLA_BODY void forward(int order, int pivots, const double* l, const double* reciprocal, double* v, int width)
+{
+    if (width == 1)
+        return forwardOne(order, pivots, l, reciprocal, v);
+    int g = 0;
+    for (; g + 2 * lanes <= width; g += 2 * lanes)
+        forwardSeveral<2>(order, pivots, l, reciprocal, v + g, width);
+    if (g < width)
+        forwardSeveral<1>(order, pivots, l, reciprocal, v + g, width);
+}
+
+BLA_BODY void backward(int order, int pivots, const double* l, const double* reciprocal, double* v, int width)
+{
+    if (width == 1)
+        return backwardOne(order, pivots, l, reciprocal, v);
+    int g = 0;
+    for (; g + 2 * lanes <= width; g += 2 * lanes)
+        backwardSeveral<2>(order, pivots, l, reciprocal, v + g, width);
+    if (g < width)
+        backwardSeveral<1>(order, pivots, l, reciprocal, v + g, width);
+}
+
+} // namespace
+
+BLA_FOR_BOTH(solveForward, forward,
+             (int order, int pivots, const double* l, const double* reciprocal, double* v, int width),
+             (order, pivots, l, reciprocal, v, width))
+BLA_FOR_BOTH(solveBackward, backward,
+             (int order, int pivots, const double* l, const double* reciprocal, double* v, int width),
+             (order, pivots, l, reciprocal, v, width))
