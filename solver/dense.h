@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The module's routines with scalars by value, as C++ code likes to write them. All numerical work of this
-// program goes through them.
+// The module's routines with scalars by value, as C++ code likes to write them. The numerical work of the
+// solver goes through them, but for narrow triangles (triangles.h) and few right-hand sides (columns.h).
 #pragma once
 
 #include <TOVBlaModule.h>
