@@ -118,8 +118,7 @@ std::vector<double> Rows::diagonal(const double* value) const
 {
     std::vector<double> d(pattern_.n, 0.0);
     for (int i = 0; i < pattern_.n; ++i)
-        if (const std::int64_t end = lowerEnd_[i];
-            end > pattern_.start[i] && pattern_.column[end - 1] == i)
+        if (const std::int64_t end = lowerEnd_[i]; end > pattern_.start[i] && pattern_.column[end - 1] == i)
             d[i] = entry(value, end - 1);
     return d;
 }

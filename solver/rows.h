@@ -36,6 +36,6 @@ private:
 
     SparseMatrix pattern_;
     std::vector<std::int64_t> lowerEnd_; // of a symmetric matrix: where the entries with j <= i of row i end
-    std::vector<std::int64_t> source_; // the entries given, in the sequence of those of the matrix
-    std::vector<std::int64_t> first_;  // where those of each entry start in source_; empty: one each
+    std::vector<std::int64_t> source_;   // the entries given, in the sequence of those of the matrix
+    std::vector<std::int64_t> first_;    // where those of each entry start in source_; empty: one each
 };

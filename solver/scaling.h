@@ -26,9 +26,9 @@ struct Equilibrated
     void leaveTransposed(Vectors& x) const;
 };
 
-// Factors that bring a diagonal to magnitudes of 1/2 to 2, which equilibrates a positive definite matrix: none
-// of its entries is larger than the diagonal ones of its row and column. Empty where an entry is zero, not
-// finite or out of reach.
+// Factors that bring a diagonal to magnitudes of 1/2 to 2, which equilibrates a positive definite matrix:
+// none of its entries is larger than the diagonal ones of its row and column. Empty where an entry is zero,
+// not finite or out of reach.
 std::vector<double> diagonalScales(const std::vector<double>& diagonal);
 
 // A symmetric, and so is the result: rows stay where they are, rows and columns have the same factors.
