@@ -11,9 +11,11 @@
 typedef struct
 {
     bla_solver* solver;
+    int kind;               /* BLA_SOLVER_SYMMETRIC_UPPER, or BLA_SOLVER_GENERAL, as analysed */
     PetscInt entries;       /* those analysed; the values to factorise must be as many */
     Mat points;             /* of a blocked matrix: the same, entry by entry; else NULL */
     Mat checked;            /* what was factorised, where solutions must be held against it; else NULL */
+    PetscReal size[2];      /* of `checked`: its norms, NORM_INFINITY and NORM_1 */
     Vec residual;           /* with `checked` */
     IS kept;                /* MatFactorSetSchurIS(); else NULL */
     PetscBool singularKept; /* the Schur complement is singular: it is given, but nothing can be solved */

@@ -27,6 +27,10 @@ PetscErrorCode MatTOVBlaKeepForChecks(Mat F, Mat points, PetscBool shifted)
     } else {
         PetscCall(MatDuplicate(points, MAT_COPY_VALUES, &data->checked));
     }
+    if (data->checked) {
+        PetscCall(MatNorm(data->checked, NORM_INFINITY, &data->size[0]));
+        PetscCall(MatNorm(data->checked, NORM_1, &data->size[1]));
+    }
     if (data->checked && !data->residual)
         PetscCall(MatCreateVecs(data->checked, &data->residual, NULL));
     PetscFunctionReturn(0);
@@ -35,7 +39,7 @@ PetscErrorCode MatTOVBlaKeepForChecks(Mat F, Mat points, PetscBool shifted)
 /* r := b - A·x, and its size against that of the terms */
 static PetscErrorCode Residual(TOVBla* data, int transposed, Vec b, Vec x, PetscReal* backward)
 {
-    PetscReal r, ax, sizeA, sizeX, sizeB;
+    PetscReal r, sizeX, sizeB;
 
     PetscFunctionBegin;
     if (transposed)
@@ -46,9 +50,7 @@ static PetscErrorCode Residual(TOVBla* data, int transposed, Vec b, Vec x, Petsc
     PetscCall(VecNorm(data->residual, NORM_INFINITY, &r));
     PetscCall(VecNorm(x, NORM_INFINITY, &sizeX));
     PetscCall(VecNorm(b, NORM_INFINITY, &sizeB));
-    PetscCall(MatNorm(data->checked, transposed ? NORM_1 : NORM_INFINITY, &sizeA));
-    ax = sizeA * sizeX;
-    *backward = r > 0.0 ? r / (ax + sizeB) : r; /* not a number stays that */
+    *backward = r > 0.0 ? r / (data->size[transposed] * sizeX + sizeB) : r; /* not a number stays that */
     PetscFunctionReturn(0);
 }
 
@@ -139,7 +141,7 @@ static PetscErrorCode Solve(Mat F, int transposed, PetscInt columns, const Petsc
     if (!solvable || n == 0)
         PetscFunctionReturn(0);
     TOVBlaCall(data->solver, bla_solver_solve(data->solver, transposed, (int32_t)columns, x, ldx));
-    PetscCall(PetscLogFlops((F->factortype == MAT_FACTOR_LU ? 2.0 : 4.0) * columns *
+    PetscCall(PetscLogFlops((data->kind == BLA_SOLVER_GENERAL ? 2.0 : 4.0) * columns *
                             MatTOVBlaQuantity(F, "factor_entries")));
     for (PetscInt j = 0; data->checked && j < columns; ++j) {
         Vec right, solution;

@@ -255,6 +255,49 @@ static PetscErrorCode NewValues(Mat A)
     PetscFunctionReturn(0);
 }
 
+/* Definite as PETSc knows: LU takes one triangle, and both again where new values end that. */
+static PetscErrorCode DefiniteLU(MatType type)
+{
+    Mat A, B, F;
+    Vec b, x;
+    MatInfo one, both;
+    PetscReal norm;
+    const PetscInt n = 90;
+
+    PetscFunctionBegin;
+    PetscCall(Random(n, PETSC_TRUE, PETSC_TRUE, &A));
+    PetscCall(MatShift(A, 9.0));
+    PetscCall(MatSetBlockSize(A, 3));
+    PetscCall(MatConvert(A, type, MAT_INITIAL_MATRIX, &B));
+    PetscCall(Factor(B, MAT_FACTOR_LU, NULL, &F));
+    PetscCall(MatGetInfo(F, MAT_LOCAL, &both));
+    PetscCall(MatDestroy(&F));
+    PetscCall(MatSetOption(B, MAT_SPD, PETSC_TRUE));
+    PetscCall(Solutions("LU of a definite matrix", B, A, MAT_FACTOR_LU));
+    PetscCall(Factor(B, MAT_FACTOR_LU, NULL, &F));
+    PetscCall(MatGetInfo(F, MAT_LOCAL, &one));
+    PetscCall(Judge("its factor has one triangle", one.nz_used / both.nz_used, 0.6));
+
+    PetscCall(MatCreateVecs(B, &x, &b));
+    PetscCall(VecSetRandom(b, NULL));
+    PetscCall(VecShift(b, 1.0));
+    PetscCall(MatDiagonalScale(B, b, NULL));
+    PetscCall(MatLUFactorNumeric(F, B, NULL));
+    PetscCall(MatSolve(F, b, x));
+    PetscCall(VecScale(b, -1.0));
+    PetscCall(MatMultAdd(B, x, b, b));
+    PetscCall(VecNorm(b, NORM_INFINITY, &norm));
+    PetscCall(Judge("values that are symmetric no more", norm, 1e-12));
+    PetscCall(MatGetInfo(F, MAT_LOCAL, &one));
+    PetscCall(Judge("have both triangles", PetscAbsReal(one.nz_used / both.nz_used - 1.0), 0.01));
+    PetscCall(VecDestroy(&b));
+    PetscCall(VecDestroy(&x));
+    PetscCall(MatDestroy(&F));
+    PetscCall(MatDestroy(&B));
+    PetscCall(MatDestroy(&A));
+    PetscFunctionReturn(0);
+}
+
 int main(int count, char** words)
 {
     PetscCall(PetscInitialize(&count, &words, NULL, NULL));
@@ -288,6 +331,8 @@ int main(int count, char** words)
                 }
     }
     PetscCall(SingularSchur());
+    PetscCall(DefiniteLU(MATSEQAIJ));
+    PetscCall(DefiniteLU(MATSEQBAIJ));
     PetscCall(PetscFinalize());
     return failed != 0;
 }
