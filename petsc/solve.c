@@ -16,8 +16,7 @@ PetscErrorCode MatTOVBlaKeepForChecks(Mat F, Mat points, PetscBool shifted)
     const double n = (double)F->rmap->n, positive = MatTOVBlaQuantity(F, "positive_pivots");
     const PetscBool definite = (PetscBool)(F->factortype == MAT_FACTOR_CHOLESKY && positive == n);
     /* Who shifts wants a preconditioner, and knows that it is not the inverse. */
-    const PetscBool asked = (PetscBool)(!shifted && MatTOVBlaQuantity(F, "refinements") > 0.0 &&
-                                        MatTOVBlaQuantity(F, "shift") == 0.0);
+    const PetscBool asked = (PetscBool)(!shifted && MatTOVBlaChecks(F));
 
     PetscFunctionBegin;
     if (definite || !asked || F->factorerrortype || data->singularKept) {
@@ -100,28 +99,6 @@ static PetscErrorCode Improve(Mat F, int transposed, Vec b, Vec x)
         PetscCall(PetscInfo(F, "tovbla: not solved, the backward error is %g\n", (double)backward));
         PetscCall(VecSetInf(x));
     }
-    PetscFunctionReturn(0);
-}
-
-/* With shifted pivots A + E was factorised. If refinement contracts, A + t·E is regular for t from 0 to 1,
- * and A has the inertia of A + E. */
-PetscErrorCode MatTOVBlaContracts(Mat F, PetscBool* contracts)
-{
-    TOVBla* data = (TOVBla*)F->data;
-    PetscReal backward;
-    Vec b, x;
-
-    PetscFunctionBegin;
-    *contracts = PETSC_FALSE;
-    if (!data->checked)
-        PetscFunctionReturn(0);
-    PetscCall(MatCreateVecs(data->checked, &x, &b));
-    PetscCall(VecSetRandom(b, NULL));
-    PetscCall(VecSet(x, 0.0));
-    PetscCall(Refine(F, 0, b, x, &backward));
-    *contracts = (PetscBool)(backward <= good);
-    PetscCall(VecDestroy(&b));
-    PetscCall(VecDestroy(&x));
     PetscFunctionReturn(0);
 }
 

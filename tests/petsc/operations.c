@@ -229,6 +229,37 @@ static PetscErrorCode Inertia(Mat A)
     PetscFunctionReturn(0);
 }
 
+/* A slender beam, of a condition number of 1e12: it is solved all the same. */
+static PetscErrorCode Slender(void)
+{
+    const PetscInt n = 1500;
+    Mat A, F;
+    Vec b, x;
+    PetscReal norm, size;
+
+    PetscFunctionBegin;
+    PetscCall(MatCreateSeqAIJ(PETSC_COMM_SELF, n, n, 5, NULL, &A));
+    for (PetscInt i = 0; i < n; ++i)
+        for (PetscInt j = PetscMax(i - 2, 0); j <= PetscMin(i + 2, n - 1); ++j)
+            PetscCall(MatSetValue(A, i, j, i == j ? 6.0 : PetscAbs(i - j) == 1 ? -4.0 : 1.0, INSERT_VALUES));
+    PetscCall(MatAssemblyBegin(A, MAT_FINAL_ASSEMBLY));
+    PetscCall(MatAssemblyEnd(A, MAT_FINAL_ASSEMBLY));
+    PetscCall(Factor(A, MAT_FACTOR_CHOLESKY, NULL, &F));
+    PetscCall(MatCreateVecs(A, &x, &b));
+    PetscCall(VecSet(b, 1.0));
+    PetscCall(MatSolve(F, b, x));
+    PetscCall(VecNorm(x, NORM_INFINITY, &size));
+    PetscCall(VecScale(b, -1.0));
+    PetscCall(MatMultAdd(A, x, b, b));
+    PetscCall(VecNorm(b, NORM_INFINITY, &norm));
+    PetscCall(Judge("a slender beam", norm / (16.0 * size), 1e-15));
+    PetscCall(VecDestroy(&b));
+    PetscCall(VecDestroy(&x));
+    PetscCall(MatDestroy(&F));
+    PetscCall(MatDestroy(&A));
+    PetscFunctionReturn(0);
+}
+
 /* New values, the same pattern; nothing is analysed again, the answer is the new one. */
 static PetscErrorCode NewValues(Mat A)
 {
@@ -331,6 +362,7 @@ int main(int count, char** words)
                 }
     }
     PetscCall(SingularSchur());
+    PetscCall(Slender());
     PetscCall(DefiniteLU(MATSEQAIJ));
     PetscCall(DefiniteLU(MATSEQBAIJ));
     PetscCall(PetscFinalize());
