@@ -10,6 +10,7 @@ import runner
 FAULTS = os.environ["BLA_PETSC_FAULTS"]
 OPERATIONS = os.environ["BLA_PETSC_OPERATIONS"]
 INDEFINITE = os.environ["BLA_PETSC_INDEFINITE"]
+VALUES = os.environ["BLA_PETSC_VALUES"]
 DIRECT = ["-ksp_type", "preonly", "-pc_factor_mat_solver_type", "tovbla"]
 BLOCKS = ["-pc_type", "bjacobi", "-sub_pc_factor_mat_solver_type", "tovbla"]
 LEAKS = ["-malloc_debug", "-malloc_dump"]
@@ -91,11 +92,12 @@ class Faults(unittest.TestCase):
             self.assertIn("CONVERGED_ITS, right", done.output)
 
     def test_operations(self):
-        done = runner.run(OPERATIONS, 1, *LEAKS, plugin=False)
-        lines = done.output.splitlines()
-        self.assertEqual([line for line in lines if ": ok (" not in line], [])
-        self.assertGreater(len(lines), 200)
-        self.assertEqual(done.status, 0)
+        for program, least in (OPERATIONS, 200), (VALUES, 30):
+            done = runner.run(program, 1, *LEAKS, plugin=False)
+            lines = done.output.splitlines()
+            self.assertEqual([line for line in lines if ": ok (" not in line], [])
+            self.assertGreater(len(lines), least)
+            self.assertEqual(done.status, 0)
 
     def test_indefinite(self):
         done = runner.run(INDEFINITE, 1, *LEAKS, plugin=False)
