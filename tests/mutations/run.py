@@ -9,7 +9,8 @@ the tests.
     run.py --apply
 
 --apply only asks whether each mutation still applies to the source. --sample N takes N of them at random; words pick those
-whose description or file contains one. The first run builds everything and takes its time, later ones only what a mutation touches.
+whose description or file contains one. The first run builds everything and takes its time, later ones only what a mutation
+touches. Those of petsc.py need PETSc and its examples.
 """
 import argparse
 import glob
@@ -62,7 +63,8 @@ class Copy:
                 target = os.path.join(self.tree, part.name)
                 self.refresh(part.path, target) if part.is_dir() else self.refresh_file(part.path, target)
         self.run("cmake", "-S", self.tree, "-B", self.build, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
-                 "-DBLA_BUILD_EXAMPLES=OFF", "-DBLA_BUILD_TESTS=ON", f"-DBLA_BUILD_PETSC={'ON' if petsc_too else 'OFF'}", check=True)
+                 "-DBLA_BUILD_EXAMPLES=OFF", "-DBLA_BUILD_TESTS=ON", f"-DBLA_BUILD_PETSC={'ON' if petsc_too else 'OFF'}",
+                 check=True)
 
     def refresh(self, source, target):
         os.makedirs(target, exist_ok=True)
@@ -97,7 +99,9 @@ class Copy:
     def petsc_environment(self):
         library = os.path.join(self.build, "lib", "lib")
         examples = sorted(glob.glob("/usr/share/petsc/*/share/petsc/examples/src")) or [""]
-        return {**{"BLA_PETSC_" + name.upper(): self.program("petsc_" + name) for name in ("faults", "indefinite", "operations", "values")},
+        programs = {"BLA_PETSC_" + name.upper(): self.program("petsc_" + name)
+                    for name in ("faults", "indefinite", "operations", "values")}
+        return {**programs,
                 "BLA_PETSC_PLUGIN": library + "petsc_tovbla", "BLA_PETSC_INSTEAD": library + "petsc_tovbla_instead",
                 "BLA_PETSC_OTHER_FLAVOUR": library + "petsc_other_flavour.so", "BLA_PETSC_EXAMPLES": examples[-1]}
 
