@@ -60,8 +60,8 @@ def run(program, preloaded, plugin, processes, edge):
 def main():
     plugin = os.path.abspath(sys.argv[1])
     edge = int(sys.argv[2]) if len(sys.argv) > 2 else 10
-    numbers = [int(word) for word in sys.argv[3:]] or [1, 2, 4, 8]
-    print("| processes | unknowns | on interfaces | coarse | iterations | analyse | factorise | one solution |\n|" + "---|" * 8)
+    numbers = [int(word) for word in sys.argv[3:]] or list(CUTTINGS)
+    print("| processes | unknowns | on interfaces | coarse | iterations | analyse | factorise | one solution |\n" + 8 * "|---" + "|")
     with tempfile.TemporaryDirectory() as folder:
         program, library = built(folder)
         solver = sorted(glob.glob(os.path.join(os.path.dirname(plugin), "libZEFTOVBlaSolver.so")))[0]
@@ -69,8 +69,8 @@ def main():
             steps, unknowns, times = run(program, f"{library}:{solver}", plugin, processes, edge)
             most = [max(time[phase] for time in times) for phase in (0, 1)]
             solution = max(time[2] / time[3] for time in times)
-            print(f"| {processes} | {unknowns[0]} | {unknowns[1]} | {unknowns[2]} | {steps} | {most[0]:.2f} s | {most[1]:.2f} s | "
-                  f"{1e3 * solution:.1f} ms |", flush=True)
+            print(f"| {processes} | {unknowns[0]} | {unknowns[1]} | {unknowns[2]} | {steps} | "
+                  f"{1e3 * most[0]:.0f} ms | {1e3 * most[1]:.0f} ms | {1e3 * solution:.1f} ms |", flush=True)
 
 
 if __name__ == "__main__":
