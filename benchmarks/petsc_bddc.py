@@ -57,12 +57,6 @@ def main():
     table(f"direct, {direct}^3 cells, 1 process", program, plugin, 1,
           ["-cells", f"{direct},{direct},{direct}", "-mat_type", "aij", "-dm_mat_type", "aij", "-ksp_type", "preonly", "-pc_type",
            "cholesky", "-pc_factor_mat_solver_type", "SOLVER"])
-    for processes in (1, 2, 4, 8):
-        along = edge // 2 * processes
-        print(f"weak scaling, {along}x{edge // 2}x{edge // 2} cells on {processes} processes: ", end="")
-        done = run(program, plugin, processes, "-cells", f"{along},{edge // 2},{edge // 2}",
-                   *" ".join(parts).replace("SOLVER", "tovbla").split()) if processes > 1 else None
-        print(f"{done[2]} iterations, {done[0]:.2f} s in factorisations and solutions" if done else "no interface", flush=True)
 
 
 if __name__ == "__main__":

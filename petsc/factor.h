@@ -11,9 +11,11 @@
 typedef struct
 {
     bla_solver* solver;
+    int kind;               /* BLA_SOLVER_SYMMETRIC_UPPER, or BLA_SOLVER_GENERAL, as analysed */
     PetscInt entries;       /* those analysed; the values to factorise must be as many */
     Mat points;             /* of a blocked matrix: the same, entry by entry; else NULL */
     Mat checked;            /* what was factorised, where solutions must be held against it; else NULL */
+    PetscReal size[2];      /* of `checked`: its norms, NORM_INFINITY and NORM_1 */
     Vec residual;           /* with `checked` */
     IS kept;                /* MatFactorSetSchurIS(); else NULL */
     PetscBool singularKept; /* the Schur complement is singular: it is given, but nothing can be solved */
@@ -30,9 +32,11 @@ PetscErrorCode MatCholeskyFactorSymbolic_TOVBla(Mat F, Mat A, IS order, const Ma
 PetscErrorCode MatTOVBlaFailed(Mat F, Mat A, int status);
 PetscErrorCode MatTOVBlaJudge(Mat F, Mat A, PetscBool shifted);
 
+/* condition.c */
+PetscErrorCode MatTOVBlaIsSingular(Mat F, Mat A, PetscReal* smallest, PetscBool* singular);
+
 /* solve.c */
 PetscErrorCode MatTOVBlaKeepForChecks(Mat F, Mat points, PetscBool shifted);
-PetscErrorCode MatTOVBlaContracts(Mat F, PetscBool* contracts);
 PetscErrorCode MatSolve_TOVBla(Mat F, Vec b, Vec x);
 PetscErrorCode MatSolveTranspose_TOVBla(Mat F, Vec b, Vec x);
 PetscErrorCode MatMatSolve_TOVBla(Mat F, Mat B, Mat X);
@@ -54,6 +58,12 @@ static inline double MatTOVBlaQuantity(Mat F, const char* name)
 {
     double value = 0.0;
     return bla_solver_get(((TOVBla*)F->data)->solver, name, &value) == BLA_SOLVER_OK ? value : 0.0;
+}
+
+/* Is anything to be held against the matrix? Who shifts pivots knows that the factor is not that of A. */
+static inline PetscBool MatTOVBlaChecks(Mat F)
+{
+    return (PetscBool)(MatTOVBlaQuantity(F, "refinements") > 0.0 && MatTOVBlaQuantity(F, "shift") == 0.0);
 }
 
 /* For calls that cannot fail but by a fault of ours. */

@@ -52,7 +52,7 @@ static PetscErrorCode GiveOrder(TOVBla* data, PetscInt n, IS order)
     PetscFunctionReturn(0);
 }
 
-static PetscErrorCode Analyse(Mat F, Mat A, IS order, int kind)
+static PetscErrorCode Analyse(Mat F, Mat A, int kind)
 {
     TOVBla* data = (TOVBla*)F->data;
     Mat points;
@@ -61,17 +61,11 @@ static PetscErrorCode Analyse(Mat F, Mat A, IS order, int kind)
     int64_t* starts;
     int32_t* columns;
     PetscBool done;
-    double ordering;
     int status;
 
     PetscFunctionBegin;
     F->factorerrortype = MAT_FACTOR_NOERROR;
-    PetscCheck(A->rmap->n <= INT32_MAX, PETSC_COMM_SELF, PETSC_ERR_ARG_OUTOFRANGE,
-               "tovbla: more than 2^31 - 1 unknowns");
-    PetscCall(MatTOVBlaSetFromOptions(F));
-    TOVBlaCall(data->solver, bla_solver_get(data->solver, "ordering", &ordering));
-    if (ordering == 3.0 && A->rmap->n > 0)
-        PetscCall(GiveOrder(data, A->rmap->n, order));
+    data->kind = kind;
     PetscCall(MatDestroy(&data->checked)); /* the pattern may be another one */
     PetscCall(Points(F, A, &points));
     PetscCall(MatGetRowIJ(points, 0, PETSC_FALSE, PETSC_FALSE, &n, &start, &column, &done));
@@ -83,6 +77,23 @@ static PetscErrorCode Analyse(Mat F, Mat A, IS order, int kind)
     PetscCall(PetscFree2(starts, columns));
     if (status != BLA_SOLVER_OK)
         PetscCall(MatTOVBlaFailed(F, A, status));
+    PetscFunctionReturn(0);
+}
+
+/* The symbolic phase: options, order, analysis. */
+static PetscErrorCode Symbolic(Mat F, Mat A, IS order, int kind)
+{
+    TOVBla* data = (TOVBla*)F->data;
+    double ordering;
+
+    PetscFunctionBegin;
+    PetscCheck(A->rmap->n <= INT32_MAX, PETSC_COMM_SELF, PETSC_ERR_ARG_OUTOFRANGE,
+               "tovbla: more than 2^31 - 1 unknowns");
+    PetscCall(MatTOVBlaSetFromOptions(F));
+    TOVBlaCall(data->solver, bla_solver_get(data->solver, "ordering", &ordering));
+    if (ordering == 3.0 && A->rmap->n > 0)
+        PetscCall(GiveOrder(data, A->rmap->n, order));
+    PetscCall(Analyse(F, A, kind));
     PetscFunctionReturn(0);
 }
 
@@ -116,13 +127,49 @@ static PetscErrorCode Factorise(Mat F, Mat A, const MatFactorInfo* info)
     PetscFunctionReturn(0);
 }
 
+/* Half the work where PETSc knows that A is definite, as it does of BDDC's subdomains. */
+static PetscErrorCode KindForLU(Mat A, int* kind)
+{
+    PetscBool known, symmetric, definite;
+
+    PetscFunctionBegin;
+    *kind = BLA_SOLVER_GENERAL;
+    PetscCall(
+        MatIsSymmetricKnown(A, &known, &symmetric)); /* some operations forget this, and not the other */
+    if (!known || !symmetric)
+        PetscFunctionReturn(0);
+    PetscCall(MatIsSPDKnown(A, &known, &definite));
+    if (known && definite)
+        *kind = BLA_SOLVER_SYMMETRIC_UPPER;
+    PetscFunctionReturn(0);
+}
+
+/* New values may have ended what was known. */
+static PetscErrorCode FactoriseLU(Mat F, Mat A, const MatFactorInfo* info)
+{
+    int kind;
+
+    PetscFunctionBegin;
+    PetscCall(KindForLU(A, &kind));
+    if (kind == BLA_SOLVER_GENERAL && ((TOVBla*)F->data)->kind != kind) {
+        PetscCall(Analyse(F, A, kind));
+        if (F->factorerrortype)
+            PetscFunctionReturn(0);
+    }
+    PetscCall(Factorise(F, A, info));
+    PetscFunctionReturn(0);
+}
+
 PetscErrorCode MatLUFactorSymbolic_TOVBla(Mat F, Mat A, IS row, IS column, const MatFactorInfo* info)
 {
+    int kind;
+
     PetscFunctionBegin;
     (void)row; /* one order for both: rows are exchanged by the solver, for large entries on the diagonal */
     (void)info;
-    PetscCall(Analyse(F, A, column, BLA_SOLVER_GENERAL));
-    F->ops->lufactornumeric = Factorise;
+    PetscCall(KindForLU(A, &kind));
+    PetscCall(Symbolic(F, A, column, kind));
+    F->ops->lufactornumeric = FactoriseLU;
     PetscFunctionReturn(0);
 }
 
@@ -130,7 +177,7 @@ PetscErrorCode MatCholeskyFactorSymbolic_TOVBla(Mat F, Mat A, IS order, const Ma
 {
     PetscFunctionBegin;
     (void)info;
-    PetscCall(Analyse(F, A, order, BLA_SOLVER_SYMMETRIC_UPPER));
+    PetscCall(Symbolic(F, A, order, BLA_SOLVER_SYMMETRIC_UPPER));
     F->ops->choleskyfactornumeric = Factorise;
     PetscFunctionReturn(0);
 }

@@ -12,12 +12,17 @@
 
 #include <petscmat.h>
 
+#if defined(PETSC_USE_COMPLEX) || !defined(PETSC_USE_REAL_DOUBLE)
+#    error "tovbla solves real systems in double precision: take a PETSc of such scalars"
+#endif
+
 /** The name, for PCFactorSetMatSolverType() and MatGetFactor(). */
 #define MATSOLVERTOVBLA "tovbla"
 
 /**
  * Makes the solver type known: LU and Cholesky of MATSEQAIJ, MATSEQBAIJ and MATSEQSBAIJ (Cholesky only).
- * PETSC_ERR_SUP where the PETSc of the process has other scalars or integers than the one compiled against.
+ * Integers of PETSc may have 32 or 64 bits. PETSC_ERR_SUP where the PETSc of the process has other scalars or
+ * integers than the one compiled against.
  */
 PETSC_EXTERN PetscErrorCode MatSolverTypeRegister_TOVBla(void);
 

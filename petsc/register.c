@@ -2,10 +2,6 @@
 /* Makes the solver type known to PETSc, and makes its factors. */
 #include "factor.h"
 
-#if defined(PETSC_USE_COMPLEX)
-#    error "The solver is one for real matrices: take a PETSc of real scalars."
-#endif
-
 static PetscErrorCode MatFactorGetSolverType_TOVBla(Mat F, MatSolverType* type)
 {
     (void)F;

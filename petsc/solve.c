@@ -16,8 +16,7 @@ PetscErrorCode MatTOVBlaKeepForChecks(Mat F, Mat points, PetscBool shifted)
     const double n = (double)F->rmap->n, positive = MatTOVBlaQuantity(F, "positive_pivots");
     const PetscBool definite = (PetscBool)(F->factortype == MAT_FACTOR_CHOLESKY && positive == n);
     /* Who shifts wants a preconditioner, and knows that it is not the inverse. */
-    const PetscBool asked = (PetscBool)(!shifted && MatTOVBlaQuantity(F, "refinements") > 0.0 &&
-                                        MatTOVBlaQuantity(F, "shift") == 0.0);
+    const PetscBool asked = (PetscBool)(!shifted && MatTOVBlaChecks(F));
 
     PetscFunctionBegin;
     if (definite || !asked || F->factorerrortype || data->singularKept) {
@@ -27,6 +26,10 @@ PetscErrorCode MatTOVBlaKeepForChecks(Mat F, Mat points, PetscBool shifted)
     } else {
         PetscCall(MatDuplicate(points, MAT_COPY_VALUES, &data->checked));
     }
+    if (data->checked) {
+        PetscCall(MatNorm(data->checked, NORM_INFINITY, &data->size[0]));
+        PetscCall(MatNorm(data->checked, NORM_1, &data->size[1]));
+    }
     if (data->checked && !data->residual)
         PetscCall(MatCreateVecs(data->checked, &data->residual, NULL));
     PetscFunctionReturn(0);
@@ -35,7 +38,7 @@ PetscErrorCode MatTOVBlaKeepForChecks(Mat F, Mat points, PetscBool shifted)
 /* r := b - A·x, and its size against that of the terms */
 static PetscErrorCode Residual(TOVBla* data, int transposed, Vec b, Vec x, PetscReal* backward)
 {
-    PetscReal r, ax, sizeA, sizeX, sizeB;
+    PetscReal r, sizeX, sizeB;
 
     PetscFunctionBegin;
     if (transposed)
@@ -46,9 +49,7 @@ static PetscErrorCode Residual(TOVBla* data, int transposed, Vec b, Vec x, Petsc
     PetscCall(VecNorm(data->residual, NORM_INFINITY, &r));
     PetscCall(VecNorm(x, NORM_INFINITY, &sizeX));
     PetscCall(VecNorm(b, NORM_INFINITY, &sizeB));
-    PetscCall(MatNorm(data->checked, transposed ? NORM_1 : NORM_INFINITY, &sizeA));
-    ax = sizeA * sizeX;
-    *backward = r > 0.0 ? r / (ax + sizeB) : r; /* not a number stays that */
+    *backward = r > 0.0 ? r / (data->size[transposed] * sizeX + sizeB) : r; /* not a number stays that */
     PetscFunctionReturn(0);
 }
 
@@ -101,28 +102,6 @@ static PetscErrorCode Improve(Mat F, int transposed, Vec b, Vec x)
     PetscFunctionReturn(0);
 }
 
-/* With shifted pivots A + E was factorised. If refinement contracts, A + t·E is regular for t from 0 to 1,
- * and A has the inertia of A + E. */
-PetscErrorCode MatTOVBlaContracts(Mat F, PetscBool* contracts)
-{
-    TOVBla* data = (TOVBla*)F->data;
-    PetscReal backward;
-    Vec b, x;
-
-    PetscFunctionBegin;
-    *contracts = PETSC_FALSE;
-    if (!data->checked)
-        PetscFunctionReturn(0);
-    PetscCall(MatCreateVecs(data->checked, &x, &b));
-    PetscCall(VecSetRandom(b, NULL));
-    PetscCall(VecSet(x, 0.0));
-    PetscCall(Refine(F, 0, b, x, &backward));
-    *contracts = (PetscBool)(backward <= good);
-    PetscCall(VecDestroy(&b));
-    PetscCall(VecDestroy(&x));
-    PetscFunctionReturn(0);
-}
-
 /* X := A⁻¹·B or A⁻ᵀ·B */
 static PetscErrorCode Solve(Mat F, int transposed, PetscInt columns, const PetscScalar* b, PetscInt ldb,
                             PetscScalar* x, PetscInt ldx)
@@ -139,7 +118,7 @@ static PetscErrorCode Solve(Mat F, int transposed, PetscInt columns, const Petsc
     if (!solvable || n == 0)
         PetscFunctionReturn(0);
     TOVBlaCall(data->solver, bla_solver_solve(data->solver, transposed, (int32_t)columns, x, ldx));
-    PetscCall(PetscLogFlops((F->factortype == MAT_FACTOR_LU ? 2.0 : 4.0) * columns *
+    PetscCall(PetscLogFlops((data->kind == BLA_SOLVER_GENERAL ? 2.0 : 4.0) * columns *
                             MatTOVBlaQuantity(F, "factor_entries")));
     for (PetscInt j = 0; data->checked && j < columns; ++j) {
         Vec right, solution;

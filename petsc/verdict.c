@@ -70,7 +70,10 @@ PetscErrorCode MatTOVBlaJudge(Mat F, Mat A, PetscBool shifted)
     const double rank = MatTOVBlaQuantity(F, "structural_rank"), n = (double)A->rmap->n;
     const PetscErrorCode code =
         F->factortype == MAT_FACTOR_LU ? PETSC_ERR_MAT_LU_ZRPVT : PETSC_ERR_MAT_CH_ZRPVT;
+    TOVBla* data = (TOVBla*)F->data;
     PetscInt count;
+    PetscReal smallest;
+    PetscBool singular;
     char sentence[160];
 
     PetscFunctionBegin;
@@ -94,6 +97,17 @@ PetscErrorCode MatTOVBlaJudge(Mat F, Mat A, PetscBool shifted)
                                 "the matrix is singular: its null space has %.0f dimensions",
                                 MatTOVBlaQuantity(F, "unheld_motions")));
         PetscCall(Declare(F, A, MAT_FACTOR_NUMERIC_ZEROPIVOT, code, sentence));
+    } else {
+        PetscCall(MatTOVBlaIsSingular(F, A, &smallest, &singular));
+        if (singular && data->kept) {
+            data->singularKept = PETSC_TRUE;
+        } else if (singular) {
+            PetscCall(PetscSNPrintf(
+                sentence, sizeof sentence,
+                "the matrix is singular: scaled to a diagonal of ones, it has an eigenvalue below %.1e",
+                (double)smallest));
+            PetscCall(Declare(F, A, MAT_FACTOR_NUMERIC_ZEROPIVOT, code, sentence));
+        }
     }
     PetscFunctionReturn(0);
 }

@@ -16,7 +16,7 @@ PetscErrorCode MatView_TOVBla(Mat F, PetscViewer viewer)
     if (format != PETSC_VIEWER_ASCII_INFO && format != PETSC_VIEWER_ASCII_INFO_DETAIL)
         PetscFunctionReturn(0);
     PetscCall(PetscViewerASCIIPrintf(viewer, "tovbla: %s, order of elimination %s, %.0f threads\n",
-                                     F->factortype == MAT_FACTOR_LU ? "L*D*U" : "L*D*L^T",
+                                     ((TOVBla*)F->data)->kind == BLA_SOLVER_GENERAL ? "L*D*U" : "L*D*L^T",
                                      orderings[(int)MatTOVBlaQuantity(F, "ordering_used")],
                                      MatTOVBlaQuantity(F, "threads_used")));
     PetscCall(PetscViewerASCIIPrintf(viewer,

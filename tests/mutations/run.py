@@ -1,16 +1,19 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: BSD-3-Clause
-"""Are the tests worth something? Applies each mutation of mutations.py (the library) and programs.py to a copy of the
-tree, builds the programs that should notice, and runs them; each must be caught by a failing program. A mutation that no
-longer applies to the source fails the run, and so does one that does not compile: it says nothing about the tests.
+"""Are the tests worth something? Applies each mutation of mutations.py (the library), programs.py, solver.py and petsc.py
+to a copy of the tree, builds the programs that should notice, and runs them; each must be caught by a failing program. A
+mutation that no longer applies to the source fails the run, and so does one that does not compile: it says nothing about
+the tests.
 
     run.py [--build DIRECTORY] [--sample N] [--seed SEED] [WORD...]
     run.py --apply
 
 --apply only asks whether each mutation still applies to the source. --sample N takes N of them at random; words pick those
-whose description contains one. The first run builds everything and takes its time, later ones only what a mutation touches.
+whose description or file contains one. The first run builds everything and takes its time, later ones only what a mutation
+touches. Those of petsc.py need PETSc and its examples.
 """
 import argparse
+import glob
 import os
 import random
 import shlex
@@ -20,10 +23,11 @@ import sys
 import time
 
 import mutations
+import petsc
 import programs
 import solver
 
-MUTATIONS = mutations.MUTATIONS + programs.MUTATIONS + solver.MUTATIONS
+MUTATIONS = mutations.MUTATIONS + programs.MUTATIONS + solver.MUTATIONS + petsc.MUTATIONS
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 
 
@@ -51,7 +55,7 @@ def write(path, text):
 class Copy:
     """A copy of the tree with a build beside it."""
 
-    def __init__(self, directory):
+    def __init__(self, directory, petsc_too):
         self.tree, self.build = os.path.join(directory, "tree"), os.path.join(directory, "build")
         os.makedirs(self.tree, exist_ok=True)
         for part in os.scandir(ROOT):
@@ -59,7 +63,8 @@ class Copy:
                 target = os.path.join(self.tree, part.name)
                 self.refresh(part.path, target) if part.is_dir() else self.refresh_file(part.path, target)
         self.run("cmake", "-S", self.tree, "-B", self.build, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
-                 "-DBLA_BUILD_EXAMPLES=OFF", "-DBLA_BUILD_TESTS=ON", check=True)
+                 "-DBLA_BUILD_EXAMPLES=OFF", "-DBLA_BUILD_TESTS=ON", f"-DBLA_BUILD_PETSC={'ON' if petsc_too else 'OFF'}",
+                 check=True)
 
     def refresh(self, source, target):
         os.makedirs(target, exist_ok=True)
@@ -80,7 +85,8 @@ class Copy:
 
     def run(self, *command, check=False, timeout=None):
         environment = dict(os.environ, OPENBLAS_NUM_THREADS="1", BLA_TEST_SEED="1", PYTHONDONTWRITEBYTECODE="1",
-                           BLA_SOLVE=self.program("bla_solve"), BLA_INFO=self.program("bla_info"))
+                           BLA_SOLVE=self.program("bla_solve"), BLA_INFO=self.program("bla_info"),
+                           **self.petsc_environment())
         result = subprocess.run(command, cwd=self.tree, env=environment, stdout=subprocess.PIPE,
                                 stderr=subprocess.STDOUT, timeout=timeout)
         if check and result.returncode:
@@ -90,9 +96,21 @@ class Copy:
     def program(self, name):
         return os.path.join(self.build, "bin", name)
 
+    def petsc_environment(self):
+        library = os.path.join(self.build, "lib", "lib")
+        examples = sorted(glob.glob("/usr/share/petsc/*/share/petsc/examples/src")) or [""]
+        programs = {"BLA_PETSC_" + name.upper(): self.program("petsc_" + name)
+                    for name in ("faults", "indefinite", "operations", "values")}
+        return {**programs,
+                "BLA_PETSC_PLUGIN": library + "petsc_tovbla", "BLA_PETSC_INSTEAD": library + "petsc_tovbla_instead",
+                "BLA_PETSC_OTHER_FLAVOUR": library + "petsc_other_flavour.so", "BLA_PETSC_EXAMPLES": examples[-1]}
+
     def compile(self, program, check=False):
         targets = ["ZEFTOVBlaModule"] if program == "instructions" else [program]
-        if program.endswith(".py"):
+        if program.startswith("tests/petsc/"):
+            targets = ["petsc_tovbla", "petsc_tovbla_instead", "petsc_other_flavour", "petsc_faults", "petsc_indefinite",
+                       "petsc_operations", "petsc_values"]
+        elif program.endswith(".py"):
             targets = ["bla_solve", "bla_info"]
         return self.run("cmake", "--build", self.build, "--target", *targets, check=check)
 
@@ -133,14 +151,14 @@ def main():
     if options.apply:
         print(f"all {len(MUTATIONS)} apply")
         return 0
-    chosen = [m for m in MUTATIONS if not options.words or any(w in m[0] for w in options.words)]
+    chosen = [m for m in MUTATIONS if not options.words or any(w in m[0] or w in m[1] for w in options.words)]
     if options.sample is not None:
         print(f"seed {options.seed}")
         chosen = random.Random(options.seed).sample(chosen, min(options.sample, len(chosen)))
     if not chosen:
         sys.exit("no such mutation")
 
-    copy = Copy(os.path.abspath(options.build))
+    copy = Copy(os.path.abspath(options.build), any(m in petsc.MUTATIONS for m in chosen))
     for command in sorted({(p, tuple(a)) for m in chosen for p, a in split(m[4])}):
         copy.compile(command[0], check=True)
         if copy.fails(*command):

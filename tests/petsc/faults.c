@@ -1,15 +1,15 @@
 /* SPDX-License-Identifier: BSD-3-Clause */
-/* A grid's Laplacian on any number of processes, and what can go wrong with it: run by faults_test.py. The
+/* A grid's Laplacian on any number of processes, and what can go wrong with it: run by test_faults.py. The
  * program links the plug-in and registers it by its call. */
 #include <petsc_tovbla.h>
 #include <petscksp.h>
 
 #include <signal.h>
 
-static const char help[] = "-fault none|zero_row|nan|kill\n";
+static const char help[] = "-fault none|floating|zero_row|nan|kill\n";
 
-/* The 5-point operator on m x m points, regular. */
-static PetscErrorCode MakeMatrix(PetscInt m, Mat* made)
+/* The 5-point operator on m x m points, regular; floating: without supports, rows that add up to zero. */
+static PetscErrorCode MakeMatrix(PetscInt m, PetscBool floating, Mat* made)
 {
     Mat A;
     PetscInt first, last;
@@ -22,7 +22,8 @@ static PetscErrorCode MakeMatrix(PetscInt m, Mat* made)
     PetscCall(MatGetOwnershipRange(A, &first, &last));
     for (PetscInt row = first; row < last; ++row) {
         const PetscInt i = row / m, j = row % m;
-        PetscCall(MatSetValue(A, row, row, 4.0, INSERT_VALUES));
+        const PetscInt neighbours = (i > 0) + (i < m - 1) + (j > 0) + (j < m - 1);
+        PetscCall(MatSetValue(A, row, row, floating ? neighbours : 4.0, INSERT_VALUES));
         if (i > 0)
             PetscCall(MatSetValue(A, row, row - m, -1.0, INSERT_VALUES));
         if (i < m - 1)
@@ -87,7 +88,7 @@ int main(int count, char** words)
     char fault[32] = "none";
     PetscInt m = 8;
     PetscMPIInt rank, size;
-    PetscBool is_nan, is_kill, is_zero;
+    PetscBool is_floating, is_nan, is_kill, is_zero;
     KSP ksp;
     Mat A;
     Vec b, x;
@@ -96,13 +97,14 @@ int main(int count, char** words)
     PetscCall(MatSolverTypeRegister_TOVBla());
     PetscCall(PetscOptionsGetString(NULL, NULL, "-fault", fault, sizeof fault, NULL));
     PetscCall(PetscOptionsGetInt(NULL, NULL, "-m", &m, NULL));
+    PetscCall(PetscStrcmp(fault, "floating", &is_floating));
     PetscCall(PetscStrcmp(fault, "nan", &is_nan));
     PetscCall(PetscStrcmp(fault, "kill", &is_kill));
     PetscCall(PetscStrcmp(fault, "zero_row", &is_zero));
     PetscCallMPI(MPI_Comm_rank(PETSC_COMM_WORLD, &rank));
     PetscCallMPI(MPI_Comm_size(PETSC_COMM_WORLD, &size));
 
-    PetscCall(MakeMatrix(m, &A));
+    PetscCall(MakeMatrix(m, is_floating, &A));
     PetscCall(MatCreateVecs(A, &x, &b));
     PetscCall(VecSet(b, 1.0));
     PetscCall(KSPCreate(PETSC_COMM_WORLD, &ksp));
@@ -116,7 +118,7 @@ int main(int count, char** words)
         raise(SIGKILL);
     }
     PetscCall(Solve(ksp, A, b, x));
-    if (is_zero || is_nan) { /* values that can be factorised, with the same pattern */
+    if (is_zero || is_nan || is_floating) { /* values that can be factorised, with the same pattern */
         PetscCall(Spoil(A, 4.0));
         PetscCall(Solve(ksp, A, b, x));
     }

@@ -10,6 +10,7 @@ import tempfile
 PLUGIN = os.environ.get("BLA_PETSC_PLUGIN", "")    # without .so, as -dll_append wants it
 INSTEAD = os.environ.get("BLA_PETSC_INSTEAD", "")
 SECONDS = 120
+OWN = re.compile(r"Mat(?:LU|Cholesky)FactorSymbolic_Seq\w+\(\): .*Reallocs")
 
 # One thread a process, no terminal, and no process that spins while another works; several on one processor.
 ENVIRONMENT = {"OMPI_ALLOW_RUN_AS_ROOT": "1", "OMPI_ALLOW_RUN_AS_ROOT_CONFIRM": "1", "OPENBLAS_NUM_THREADS": "1",
@@ -19,7 +20,7 @@ ENVIRONMENT = {"OMPI_ALLOW_RUN_AS_ROOT": "1", "OMPI_ALLOW_RUN_AS_ROOT_CONFIRM": 
 
 
 class Result:
-    """Output, status, and for every process the lines that the plug-in wrote with -info."""
+    """Output, status, and for every process the lines that the plug-in, and PETSc's own solvers, wrote with -info."""
 
     def __init__(self, status, output, said):
         self.status, self.output, self.said = status, output, said
@@ -27,6 +28,10 @@ class Result:
     def factorised(self):
         """By process, how many matrices were factorised by tovbla."""
         return [sum("tovbla: factorised" in line for line in lines) for lines in self.said]
+
+    def own(self):
+        """By process, how many were analysed by PETSc's own LU and Cholesky; its ILU and ICC are not counted."""
+        return [sum(bool(OWN.search(line)) for line in lines) for lines in self.said]
 
 
 def run(program, processes, *arguments, plugin=True, instead=False, environment=(), launcher=("mpirun",), info=True):
@@ -52,7 +57,7 @@ def run(program, processes, *arguments, plugin=True, instead=False, environment=
             lines = []
             for name in glob.glob(os.path.join(folder, f"info.{rank}")):
                 with open(name, errors="replace") as file:
-                    lines = [line for line in file if "tovbla" in line]
+                    lines = [line for line in file if "tovbla" in line or OWN.search(line)]
             said.append(lines)
         return Result(process.returncode, output, said)
     finally:

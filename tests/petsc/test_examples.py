@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: BSD-3-Clause
-"""The cases of cases.txt: the same output as PETSc expects, and every process that factorised did it with tovbla.
+"""The cases of cases.txt: the same output as PETSc expects, and every process that factorised did it with tovbla: where
+tovbla is in the place of PETSc's own solver, nothing else; else (a coarse problem may be PETSc's) tovbla too.
 
     test_examples.py quick|long|all [PART OF A LINE]
 """
@@ -43,6 +44,8 @@ def check(example, name, how, folder):
         factorised = result.factorised()
         if not any(factorised):
             return "tovbla was not used", factorised
+        if any(own for own, ours in zip(result.own(), factorised) if how[0] == "instead" or not ours):
+            return f"PETSc's own solver was used, by process {result.own()}", factorised
         if how[0] == "beside":
             expected = [runner.run(program, case.processes, *arguments, *both, plugin=False).output]
         else:

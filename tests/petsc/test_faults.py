@@ -9,6 +9,8 @@ import runner
 
 FAULTS = os.environ["BLA_PETSC_FAULTS"]
 OPERATIONS = os.environ["BLA_PETSC_OPERATIONS"]
+INDEFINITE = os.environ["BLA_PETSC_INDEFINITE"]
+VALUES = os.environ["BLA_PETSC_VALUES"]
 DIRECT = ["-ksp_type", "preonly", "-pc_factor_mat_solver_type", "tovbla"]
 BLOCKS = ["-pc_type", "bjacobi", "-sub_pc_factor_mat_solver_type", "tovbla"]
 LEAKS = ["-malloc_debug", "-malloc_dump"]
@@ -33,9 +35,16 @@ class Faults(unittest.TestCase):
 
     def test_singular_or_not_a_number(self):
         """Diverged; and solved when better values come."""
-        for fault in "zero_row", "nan":
+        for fault in "zero_row", "nan", "floating":
             for kind in "lu", "cholesky":
                 done = self.run_faults(1, *DIRECT, "-pc_type", kind, "-fault", fault, *LEAKS)
+                self.assertEqual(done.output, "DIVERGED_PC_FAILED, no answer\nCONVERGED_ITS, right\n")
+
+    def test_floating(self):
+        """Rounding leaves small pivots where a larger structure without supports has none."""
+        for points in 20, 60, 90:
+            for kind in "lu", "cholesky":
+                done = self.run_faults(1, *DIRECT, "-pc_type", kind, "-fault", "floating", "-m", points)
                 self.assertEqual(done.output, "DIVERGED_PC_FAILED, no answer\nCONVERGED_ITS, right\n")
 
     def test_singular_subdomain(self):
@@ -45,7 +54,9 @@ class Faults(unittest.TestCase):
             self.assertNotIn("WRONG", done.output)
 
     def test_sentence_of_an_error(self):
-        for fault, sentence in ("zero_row", "the matrix is singular"), ("nan", "a value of the matrix is not finite"):
+        for fault, sentence in (("zero_row", "the matrix is singular whatever its values: 63 of 64 rows can be matched"),
+                                ("floating", "the matrix is singular: 1 pivots are zero, one of them in row "),
+                                ("nan", "a value of the matrix is not finite")):
             done = self.run_faults(1, *DIRECT, "-pc_type", "lu", "-fault", fault, "-ksp_error_if_not_converged")
             self.assertNotEqual(done.status, 0)
             self.assertIn("tovbla: " + sentence, done.output)
@@ -81,11 +92,31 @@ class Faults(unittest.TestCase):
             self.assertIn("CONVERGED_ITS, right", done.output)
 
     def test_operations(self):
-        done = runner.run(OPERATIONS, 1, *LEAKS, plugin=False)
-        lines = done.output.splitlines()
-        self.assertEqual([line for line in lines if ": ok (" not in line], [])
-        self.assertGreater(len(lines), 200)
+        for program, least in (OPERATIONS, 200), (VALUES, 30):
+            done = runner.run(program, 1, *LEAKS, plugin=False)
+            lines = done.output.splitlines()
+            self.assertEqual([line for line in lines if ": ok (" not in line], [])
+            self.assertGreater(len(lines), least)
+            self.assertEqual(done.status, 0)
+
+    def test_indefinite(self):
+        done = runner.run(INDEFINITE, 1, *LEAKS, plugin=False)
+        self.assertEqual([line for line in done.output.splitlines() if not line.endswith(": ok")], [])
+        self.assertIn("some were infinite", done.output)
         self.assertEqual(done.status, 0)
+
+    def test_other_solvers(self):
+        """Those that PETSc brings are still there."""
+        for solver in "petsc", "mumps":
+            done = self.run_faults(1, "-ksp_type", "preonly", "-pc_type", "lu", "-pc_factor_mat_solver_type", solver)
+            self.assertEqual((done.output, done.factorised()), ("CONVERGED_ITS, right\n", [0]))
+
+    def test_shift_type(self):
+        """Who sets a shift takes a singular matrix as it is: the unknown of the zero row is left out."""
+        done = self.run_faults(1, "-pc_type", "cholesky", "-pc_factor_mat_solver_type", "tovbla", "-fault", "zero_row",
+                               "-pc_factor_shift_type", "nonzero", "-ksp_max_it", "3", "-ksp_norm_type", "unpreconditioned",
+                               "-ksp_pc_side", "right")
+        self.assertEqual(verdicts(done)[0], "DIVERGED_ITS, no answer") # b is not in the range of A
 
 
 class Loading(unittest.TestCase):
