@@ -3,43 +3,47 @@
 
 #include "vectors.h"
 
+#include <algorithm>
 #include <cstdint>
 
 namespace {
 
 // Columns of the panel that are taken at once.
 constexpr int together = 4;
+// Sums are made of as many terms at a time: the error of a long one grows with the number of its parts.
+constexpr int chunk = 32;
 
 // One right-hand side: vectors run along the rows.
 
-// v := v - sum over Columns of column q of l * x[q], for the rows of T
+// w := w + sum over Columns of column q of l * x[q], for the rows of T
 template <class T, int Columns>
-BLA_BODY void subtractColumns(const double* l, std::int64_t ld, const double* x, double* v)
+BLA_BODY void addColumns(const double* l, std::int64_t ld, const double* x, double* w)
 {
     T sum{}, part;
     for (int q = 0; q < Columns; ++q) {
         load(part, l + ld * q);
         sum += part * x[q];
     }
-    load(part, v);
-    store(v, part - sum);
+    load(part, w);
+    store(w, part + sum);
 }
 
 // Columns j ... j + Columns - 1 of L.
 template <int Columns>
-BLA_BODY void forwardColumns(int j, int order, const double* l, const double* reciprocal, double* v)
+BLA_BODY void forwardColumns(int j, int order, const double* l, const double* reciprocal, double* v,
+                             double* w)
 {
     const double* const column = l + std::int64_t{order} * j;
     for (int q = 0; q < Columns; ++q) {
         for (int k = 0; k < q; ++k)
-            v[j + q] -= column[j + q + std::int64_t{order} * k] * v[j + k];
-        v[j + q] *= reciprocal[j + q];
+            w[j + q] += column[j + q + std::int64_t{order} * k] * v[j + k];
+        v[j + q] = (v[j + q] - w[j + q]) * reciprocal[j + q];
     }
     int i = j + Columns;
     for (; i + lanes <= order; i += lanes)
-        subtractColumns<Four, Columns>(column + i, order, v + j, v + i);
+        addColumns<Four, Columns>(column + i, order, v + j, w + i);
     for (; i < order; ++i)
-        subtractColumns<double, Columns>(column + i, order, v + j, v + i);
+        addColumns<double, Columns>(column + i, order, v + j, w + i);
 }
 
 template <int Columns>
@@ -48,13 +52,18 @@ BLA_BODY void backwardColumns(int j, int order, const double* l, const double* r
     const double* const column = l + std::int64_t{order} * j;
     Four sums[Columns] = {};
     int i = j + Columns;
-    for (; i + lanes <= order; i += lanes) {
-        Four part, factor;
-        load(factor, v + i);
-        for (int q = 0; q < Columns; ++q) {
-            load(part, column + i + std::int64_t{order} * q);
-            sums[q] += part * factor;
+    for (const int whole = order - (order - i) % lanes; i < whole;) {
+        Four parts[Columns] = {};
+        for (const int end = std::min(i + chunk * lanes, whole); i < end; i += lanes) {
+            Four part, factor;
+            load(factor, v + i);
+            for (int q = 0; q < Columns; ++q) {
+                load(part, column + i + std::int64_t{order} * q);
+                parts[q] += part * factor;
+            }
         }
+        for (int q = 0; q < Columns; ++q)
+            sums[q] += parts[q];
     }
     for (int q = Columns - 1; q >= 0; --q) {
         const double* const own = column + std::int64_t{order} * q;
@@ -67,13 +76,14 @@ BLA_BODY void backwardColumns(int j, int order, const double* l, const double* r
     }
 }
 
-BLA_BODY void forwardOne(int order, int pivots, const double* l, const double* reciprocal, double* v)
+BLA_BODY void forwardOne(int order, int pivots, const double* l, const double* reciprocal, double* v,
+                         double* w)
 {
     int j = 0;
     for (; j + together <= pivots; j += together)
-        forwardColumns<together>(j, order, l, reciprocal, v);
+        forwardColumns<together>(j, order, l, reciprocal, v, w);
     for (; j < pivots; ++j)
-        forwardColumns<1>(j, order, l, reciprocal, v);
+        forwardColumns<1>(j, order, l, reciprocal, v, w);
 }
 
 BLA_BODY void backwardOne(int order, int pivots, const double* l, const double* reciprocal, double* v)
@@ -88,28 +98,30 @@ BLA_BODY void backwardOne(int order, int pivots, const double* l, const double* 
 // Several: vectors run along a row of V, `ld` apart, Fours of them.
 
 template <int Fours, int Columns>
-BLA_BODY void forwardGroup(int j, int order, const double* l, const double* reciprocal, double* v,
+BLA_BODY void forwardGroup(int j, int order, const double* l, const double* reciprocal, double* v, double* w,
                            std::int64_t ld)
 {
     const double* const column = l + std::int64_t{order} * j;
     Four x[Columns][Fours];
     for (int q = 0; q < Columns; ++q)
         for (int g = 0; g < Fours; ++g) {
-            double* const own = v + ld * (j + q) + lanes * g;
-            load(x[q][g], own);
+            const std::int64_t at = ld * (j + q) + lanes * g;
+            Four sum;
+            load(sum, w + at);
             for (int k = 0; k < q; ++k)
-                x[q][g] -= x[k][g] * column[j + q + std::int64_t{order} * k];
-            x[q][g] *= reciprocal[j + q];
-            store(own, x[q][g]);
+                sum += x[k][g] * column[j + q + std::int64_t{order} * k];
+            load(x[q][g], v + at);
+            x[q][g] = (x[q][g] - sum) * reciprocal[j + q];
+            store(v + at, x[q][g]);
         }
     for (int i = j + Columns; i < order; ++i)
         for (int g = 0; g < Fours; ++g) {
-            double* const row = v + ld * i + lanes * g;
-            Four left;
-            load(left, row);
+            double* const row = w + ld * i + lanes * g;
+            Four before, sum{};
             for (int q = 0; q < Columns; ++q)
-                left -= x[q][g] * column[i + std::int64_t{order} * q];
-            store(row, left);
+                sum += x[q][g] * column[i + std::int64_t{order} * q];
+            load(before, row);
+            store(row, before + sum);
         }
 }
 
@@ -119,13 +131,19 @@ BLA_BODY void backwardGroup(int j, int order, const double* l, const double* rec
 {
     const double* const column = l + std::int64_t{order} * j;
     Four x[Columns][Fours], sums[Columns][Fours] = {};
-    for (int i = j + Columns; i < order; ++i)
-        for (int g = 0; g < Fours; ++g) {
-            Four row;
-            load(row, v + ld * i + lanes * g);
-            for (int q = 0; q < Columns; ++q)
-                sums[q][g] += row * column[i + std::int64_t{order} * q];
-        }
+    for (int first = j + Columns; first < order; first += chunk) {
+        Four part[Columns][Fours] = {};
+        for (int i = first; i < std::min(first + chunk, order); ++i)
+            for (int g = 0; g < Fours; ++g) {
+                Four row;
+                load(row, v + ld * i + lanes * g);
+                for (int q = 0; q < Columns; ++q)
+                    part[q][g] += row * column[i + std::int64_t{order} * q];
+            }
+        for (int q = 0; q < Columns; ++q)
+            for (int g = 0; g < Fours; ++g)
+                sums[q][g] += part[q][g];
+    }
     for (int q = Columns - 1; q >= 0; --q)
         for (int g = 0; g < Fours; ++g) {
             double* const own = v + ld * (j + q) + lanes * g;
@@ -139,13 +157,13 @@ BLA_BODY void backwardGroup(int j, int order, const double* l, const double* rec
 
 template <int Fours>
 BLA_BODY void forwardSeveral(int order, int pivots, const double* l, const double* reciprocal, double* v,
-                             std::int64_t ld)
+                             double* w, std::int64_t ld)
 {
     int j = 0;
     for (; j + together <= pivots; j += together)
-        forwardGroup<Fours, together>(j, order, l, reciprocal, v, ld);
+        forwardGroup<Fours, together>(j, order, l, reciprocal, v, w, ld);
     for (; j < pivots; ++j)
-        forwardGroup<Fours, 1>(j, order, l, reciprocal, v, ld);
+        forwardGroup<Fours, 1>(j, order, l, reciprocal, v, w, ld);
 }
 
 template <int Fours>
@@ -159,15 +177,17 @@ BLA_BODY void backwardSeveral(int order, int pivots, const double* l, const doub
         backwardGroup<Fours, together>(j - together, order, l, reciprocal, v, ld);
 }
 
-BLA_BODY void forward(int order, int pivots, const double* l, const double* reciprocal, double* v, int width)
+BLA_BODY void forward(int order, int pivots, const double* l, const double* reciprocal, double* v, double* w,
+                      int width)
 {
+    std::fill_n(w, std::int64_t{order} * width, 0.0);
     if (width == 1)
-        return forwardOne(order, pivots, l, reciprocal, v);
+        return forwardOne(order, pivots, l, reciprocal, v, w);
     int g = 0;
     for (; g + 2 * lanes <= width; g += 2 * lanes)
-        forwardSeveral<2>(order, pivots, l, reciprocal, v + g, width);
+        forwardSeveral<2>(order, pivots, l, reciprocal, v + g, w + g, width);
     if (g < width)
-        forwardSeveral<1>(order, pivots, l, reciprocal, v + g, width);
+        forwardSeveral<1>(order, pivots, l, reciprocal, v + g, w + g, width);
 }
 
 BLA_BODY void backward(int order, int pivots, const double* l, const double* reciprocal, double* v, int width)
@@ -184,8 +204,9 @@ BLA_BODY void backward(int order, int pivots, const double* l, const double* rec
 } // namespace
 
 BLA_FOR_BOTH(solveForward, forward,
-             (int order, int pivots, const double* l, const double* reciprocal, double* v, int width),
-             (order, pivots, l, reciprocal, v, width))
+             (int order, int pivots, const double* l, const double* reciprocal, double* v, double* w,
+              int width),
+             (order, pivots, l, reciprocal, v, w, width))
 BLA_FOR_BOTH(solveBackward, backward,
              (int order, int pivots, const double* l, const double* reciprocal, double* v, int width),
              (order, pivots, l, reciprocal, v, width))

@@ -9,12 +9,14 @@
 
 constexpr int columnGroup = 4;
 
-// V1 := L11^-1 * V1, V2 := V2 - L21 * V1
-void solveForward(int order, int pivots, const double* l, const double* reciprocal, double* v, int width);
+// V := L11^-1 * V of the rows of the pivots, W2 := L21 * V of the others; W has all rows. Apart from V, sums
+// of many small terms are not rounded as coarsely as V is.
+void solveForward(int order, int pivots, const double* l, const double* reciprocal, double* v, double* w,
+                  int width);
 // V1 := L11^-T * (V1 - L21^T * V2)
 void solveBackward(int order, int pivots, const double* l, const double* reciprocal, double* v, int width);
 // The same, as processors without AVX2 do it.
 void solveForwardNarrow(int order, int pivots, const double* l, const double* reciprocal, double* v,
-                        int width);
+                        double* w, int width);
 void solveBackwardNarrow(int order, int pivots, const double* l, const double* reciprocal, double* v,
                          int width);

@@ -79,17 +79,16 @@ inline void solveRows(char uplo, char trans, char diag, int count, int n, const 
         trsm('R', uplo, trans, diag, count, n, t, ldt, b, count);
 }
 
-// C := C - B * op(A), C of n columns, B of k
-inline void subtractRows(char trans, int count, int n, int k, const double* b, const double* a, int lda,
-                         double* c)
+// C := beta*C + alpha*B*op(A), C of n columns, B of k
+inline void multiplyRows(char trans, int count, int n, int k, double alpha, const double* b, const double* a,
+                         int lda, double beta, double* c)
 {
     const int one = 1, rows = trans == 'N' ? k : n, columns = trans == 'N' ? n : k;
     const char other = trans == 'N' ? 'T' : 'N';
-    const double minus = -1.0, plus = 1.0;
     if (count == 1)
-        blac_dgemv_(&other, &rows, &columns, &minus, a, &lda, b, &one, &plus, c, &one);
+        blac_dgemv_(&other, &rows, &columns, &alpha, a, &lda, b, &one, &beta, c, &one);
     else
-        gemm('N', trans, count, n, k, -1.0, b, count, a, lda, 1.0, c, count);
+        gemm('N', trans, count, n, k, alpha, b, count, a, lda, beta, c, count);
 }
 
 } // namespace dense

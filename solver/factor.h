@@ -53,10 +53,10 @@ private:
     void assemble(int front, const double* value, const FrontStorage& storage) const;
     void eliminate(const Front& front, const PivotRule& rule, const FrontStorage& storage);
     void gather(const Front& front, const double* y, int width, double* v) const;
-    void scatter(const Front& front, int count, const double* v, int width, double* y) const;
-    void forwardByLower(const Front& front, int width, double* v) const;
+    void subtractRows(const Front& front, const double* w, int width, double* y) const;
+    void forwardByLower(const Front& front, int width, double* v, double* w) const;
     void backwardByLower(const Front& front, int width, double* v) const;
-    void forwardByUpper(const Front& front, int width, double* v) const;
+    void forwardByUpper(const Front& front, int width, double* v, double* w) const;
     void backwardByUpper(const Front& front, int width, double* v) const;
     void countPivots(bool shifted);
 

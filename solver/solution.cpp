@@ -22,6 +22,12 @@ void copyRow(int width, const double* from, double* to)
             std::copy_n(from + j, columnGroup, to + j);
 }
 
+void subtractRow(int width, const double* from, double* to)
+{
+    for (int j = 0; j < width; ++j)
+        to[j] -= from[j];
+}
+
 } // namespace
 
 void Factor::solve(Vectors& x, bool transposed) const
@@ -34,14 +40,16 @@ void Factor::solve(Vectors& x, bool transposed) const
             y[j + static_cast<std::size_t>(width) * k] = x.column(j)[analysis_.permutation[k]];
     const bool upperFirst = transposed && !symmetric_, lowerLast = transposed || symmetric_;
     for (auto f = analysis_.fronts.begin(); f != analysis_.fronts.end(); ++f) {
-        gather(*f, y.data(), width, work.data());
-        upperFirst ? forwardByUpper(*f, width, work.data()) : forwardByLower(*f, width, work.data());
-        scatter(*f, f->order, work.data(), width, y.data());
+        double* const own = y.data() + static_cast<std::int64_t>(width) * f->first;
+        upperFirst ? forwardByUpper(*f, width, own, work.data())
+                   : forwardByLower(*f, width, own, work.data());
+        subtractRows(*f, work.data(), width, y.data());
     }
     for (auto f = analysis_.fronts.rbegin(); f != analysis_.fronts.rend(); ++f) {
         gather(*f, y.data(), width, work.data());
         lowerLast ? backwardByLower(*f, width, work.data()) : backwardByUpper(*f, width, work.data());
-        scatter(*f, f->pivots, work.data(), width, y.data());
+        std::copy_n(work.data(), static_cast<std::int64_t>(width) * f->pivots,
+                    y.data() + static_cast<std::int64_t>(width) * f->first);
     }
     for (int j = 0; j < x.columns; ++j)
         for (int k = 0; k < x.n; ++k)
@@ -58,26 +66,24 @@ void Factor::gather(const Front& f, const double* y, int width, double* v) const
         copyRow(width, y + step * rows[i], v + step * i);
 }
 
-// the first `count` of them back
-void Factor::scatter(const Front& f, int count, const double* v, int width, double* y) const
+// Y := Y - W in the rows of a front that are not its pivots
+void Factor::subtractRows(const Front& f, const double* w, int width, double* y) const
 {
     const int* rows = analysis_.rowsOf(f);
     const std::int64_t step = width;
-    std::copy_n(v, step * f.pivots, y + step * f.first);
-    for (int i = f.pivots; i < count; ++i)
-        copyRow(width, v + step * i, y + step * rows[i]);
+    for (int i = f.pivots; i < f.order; ++i)
+        subtractRow(width, w + step * i, y + step * rows[i]);
 }
 
-// V1 := (L11*D)^-1 * V1, V2 := V2 - (L21*D) * V1
-void Factor::forwardByLower(const Front& f, int width, double* v) const
+// V := (L11*D)^-1 * V, W2 := (L21*D) * V
+void Factor::forwardByLower(const Front& f, int width, double* v, double* w) const
 {
     const double* panel = panels_.get() + f.panel;
     if (width <= few)
-        return solveForward(f.order, f.pivots, panel, dinv_.data() + f.first, v, width);
-    double* const other = v + static_cast<std::int64_t>(width) * f.pivots;
+        return solveForward(f.order, f.pivots, panel, dinv_.data() + f.first, v, w, width);
     dense::trsm('R', 'L', 'T', 'N', width, f.pivots, panel, f.order, v, width);
-    dense::gemm('N', 'T', width, f.rest(), f.pivots, -1.0, v, width, panel + f.pivots, f.order, 1.0, other,
-                width);
+    dense::gemm('N', 'T', width, f.rest(), f.pivots, 1.0, v, width, panel + f.pivots, f.order, 0.0,
+                w + static_cast<std::int64_t>(width) * f.pivots, width);
 }
 
 // V1 := (L11*D)^-T * (V1 - (L21*D)^T * V2), of a symmetric factor with D * V1 in place of V1
@@ -96,18 +102,19 @@ void Factor::backwardByLower(const Front& f, int width, double* v) const
     dense::trsm('R', 'L', 'N', 'N', width, f.pivots, panel, f.order, v, width);
 }
 
-// V1 := U11^-T * V1, V2 := V2 - U12^T * V1
-void Factor::forwardByUpper(const Front& f, int width, double* v) const
+// V := U11^-T * V, W2 := U12^T * V
+void Factor::forwardByUpper(const Front& f, int width, double* v, double* w) const
 {
-    double* const other = v + static_cast<std::int64_t>(width) * f.pivots;
     dense::solveRows('U', 'N', 'U', width, f.pivots, panels_.get() + f.panel, f.order, v);
-    dense::subtractRows('N', width, f.rest(), f.pivots, v, rights_.get() + f.right, f.pivots, other);
+    dense::multiplyRows('N', width, f.rest(), f.pivots, 1.0, v, rights_.get() + f.right, f.pivots, 0.0,
+                        w + static_cast<std::int64_t>(width) * f.pivots);
 }
 
 // V1 := U11^-1 * (V1 - U12 * V2)
 void Factor::backwardByUpper(const Front& f, int width, double* v) const
 {
     const double* const other = v + static_cast<std::int64_t>(width) * f.pivots;
-    dense::subtractRows('T', width, f.pivots, f.rest(), other, rights_.get() + f.right, f.pivots, v);
+    dense::multiplyRows('T', width, f.pivots, f.rest(), -1.0, other, rights_.get() + f.right, f.pivots, 1.0,
+                        v);
     dense::solveRows('U', 'T', 'U', width, f.pivots, panels_.get() + f.panel, f.order, v);
 }
