@@ -35,9 +35,10 @@ BLA_BODY void forwardColumns(int j, int order, const double* l, const double* re
 {
     const double* const column = l + std::int64_t{order} * j;
     for (int q = 0; q < Columns; ++q) {
+        double sum = w[j + q];
         for (int k = 0; k < q; ++k)
-            w[j + q] += column[j + q + std::int64_t{order} * k] * v[j + k];
-        v[j + q] = (v[j + q] - w[j + q]) * reciprocal[j + q];
+            sum += column[j + q + std::int64_t{order} * k] * v[j + k];
+        v[j + q] = (v[j + q] - sum) * reciprocal[j + q];
     }
     int i = j + Columns;
     for (; i + lanes <= order; i += lanes)
@@ -65,14 +66,16 @@ BLA_BODY void backwardColumns(int j, int order, const double* l, const double* r
         for (int q = 0; q < Columns; ++q)
             sums[q] += parts[q];
     }
+    double sum[Columns];
+    for (int q = 0; q < Columns; ++q)
+        sum[q] = (sums[q][0] + sums[q][1]) + (sums[q][2] + sums[q][3]);
+    for (; i < order; ++i)
+        for (int q = 0; q < Columns; ++q)
+            sum[q] += column[i + std::int64_t{order} * q] * v[i];
     for (int q = Columns - 1; q >= 0; --q) {
-        const double* const own = column + std::int64_t{order} * q;
-        double sum = (sums[q][0] + sums[q][1]) + (sums[q][2] + sums[q][3]);
-        for (int k = i; k < order; ++k)
-            sum += own[k] * v[k];
-        for (int k = q + 1; k < Columns; ++k)
-            sum += own[j + k] * v[j + k];
-        v[j + q] = (v[j + q] - sum) * reciprocal[j + q];
+        for (int k = Columns - 1; k > q; --k) // the one that comes last is added last
+            sum[q] += column[j + k + std::int64_t{order} * q] * v[j + k];
+        v[j + q] = (v[j + q] - sum[q]) * reciprocal[j + q];
     }
 }
 

@@ -123,11 +123,13 @@ Equilibrated equilibrateUnsymmetric(const SparseMatrix& a, const std::vector<int
 
 void Equilibrated::enter(Vectors& b) const
 {
-    std::vector<double> moved(b.n);
-    for (int j = 0; j < b.columns; ++j) {
-        for (int i = 0; i < b.n; ++i)
-            moved[i] = b.column(j)[rowOf[i]];
-        std::copy(moved.begin(), moved.end(), b.column(j));
+    if (!std::is_sorted(rowOf.begin(), rowOf.end())) {
+        std::vector<double> moved(b.n);
+        for (int j = 0; j < b.columns; ++j) {
+            for (int i = 0; i < b.n; ++i)
+                moved[i] = b.column(j)[rowOf[i]];
+            std::copy(moved.begin(), moved.end(), b.column(j));
+        }
     }
     dense::scaleRows(b.n, b.columns, b.value.data(), b.n, row.data());
 }
