@@ -80,7 +80,7 @@ MUTATIONS = [
     ("forward, one right-hand side misses the last rows", SOLVER + "columns.cpp",
      "for (; i < order; ++i)\n        add", "for (; i + 1 < order; ++i)\n        add", ROOMS),
     ("backward, one right-hand side misses the last rows", SOLVER + "columns.cpp",
-     "for (int k = i; k < order; ++k)", "for (int k = i + 1; k < order; ++k)", ROOMS),
+     "for (; i < order; ++i)\n        for (int q", "for (; i + 1 < order; ++i)\n        for (int q", ROOMS),
     ("backward, the last columns of a panel are taken together", SOLVER + "columns.cpp",
      "backwardColumns<1>(j - 1,", "backwardColumns<2>(j - 1,", ROOMS),
     ("forward, several right-hand sides are not divided", SOLVER + "columns.cpp",
