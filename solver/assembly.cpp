@@ -5,6 +5,7 @@
 #include "storage.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace {
 
@@ -36,6 +37,21 @@ std::vector<std::int64_t> lowerPlaces(const SparseMatrix& a)
         next[i] = p;
     }
     return lower;
+}
+
+// The entries of each front by the places they go to, column by column.
+void sortByTarget(const std::vector<std::int64_t>& first, std::vector<std::int64_t>& source,
+                  std::vector<std::int64_t>& target)
+{
+    std::vector<std::pair<std::int64_t, std::int64_t>> entries;
+    for (std::size_t f = 0; f + 1 < first.size(); ++f) {
+        entries.clear();
+        for (std::int64_t e = first[f]; e < first[f + 1]; ++e)
+            entries.emplace_back(target[e], source[e]);
+        std::sort(entries.begin(), entries.end());
+        for (std::int64_t e = first[f]; e < first[f + 1]; ++e)
+            std::tie(target[e], source[e]) = entries[e - first[f]];
+    }
 }
 
 } // namespace
@@ -113,8 +129,11 @@ void Assembly::findEntries(const Analysis& analysis, const SparseMatrix& a)
             }
         }
     }
-    for (Place where : {inPanel, inRight})
+    for (Place where : {inPanel, inRight}) {
         firstEntry_[where].push_back(static_cast<std::int64_t>(source_[where].size()));
+        if (!a.symmetric) // else they come column by column
+            sortByTarget(firstEntry_[where], source_[where], target_[where]);
+    }
 }
 
 // Cuts the rows of every contribution into runs and what lies between them. No segment crosses the border
@@ -161,17 +180,25 @@ void Assembly::findSegments(const Analysis& analysis)
     }
 }
 
-void Assembly::addEntries(int f, const double* value, const FrontStorage& front) const
+void Assembly::addEntries(int f, int begin, int end, const double* value, const FrontStorage& front) const
 {
-    const auto add = [&](Place where, double* to) {
-        for (std::int64_t e = firstEntry_[where][f]; e < firstEntry_[where][f + 1]; ++e)
-            to[target_[where][e]] += value[source_[where][e]];
+    const auto add = [&](Place where, std::int64_t first, std::int64_t last, double* to) {
+        const auto target = target_[where].begin();
+        const auto within = target + firstEntry_[where][f], behind = target + firstEntry_[where][f + 1];
+        const auto from = std::lower_bound(within, behind, first),
+                   until = std::lower_bound(from, behind, last);
+        for (auto e = from; e != until; ++e)
+            to[*e] += value[source_[where][e - target]];
     };
-    add(inPanel, front.panel);
-    add(inRight, front.right);
+    const std::int64_t pivots = front.pivots, order = pivots + front.rest;
+    add(inPanel, order * std::min<std::int64_t>(begin, pivots), order * std::min<std::int64_t>(end, pivots),
+        front.panel);
+    if (front.right)
+        add(inRight, pivots * std::max<std::int64_t>(begin - pivots, 0),
+            pivots * std::max<std::int64_t>(end - pivots, 0), front.right);
 }
 
-void Assembly::addContribution(int child, Part part, const FrontStorage& parent,
+void Assembly::addContribution(int child, Part part, int begin, int end, const FrontStorage& parent,
                                const double* contribution) const
 {
     const int pivots = parent.pivots, rest = parent.rest;
@@ -216,23 +243,32 @@ void Assembly::addContribution(int child, Part part, const FrontStorage& parent,
     };
 
     const bool symmetric = !parent.right;
-    const bool factor = part == Part::factor;
-    const Target target = factor ? Target{parent.panel, pivots + rest}
-                                 : Target{parent.schur - pivots * (std::int64_t{rest} + 1), rest};
-    const int begin = factor ? 0 : split.pivots;
-    const int end = factor ? split.pivots : split.all;
-    for (int c = begin; c < end; ++c) {
-        if (symmetric)
-            addTriangle(segments[c], target);
-        for (int r = symmetric ? c + 1 : begin; r < split.all; ++r)
-            addRectangle(segments[r], segments[c], target);
+    const Target left{parent.panel, pivots + rest},
+        right{parent.right - std::int64_t{pivots} * pivots, pivots},
+        schur{parent.schur - pivots * (std::int64_t{rest} + 1), rest};
+    const int first = static_cast<int>(std::lower_bound(at, at + count, begin) - at),
+              last = static_cast<int>(std::lower_bound(at + first, at + count, end) - at);
+    for (int c = part == Part::factor ? 0 : split.pivots; c < split.all && segments[c].i < last; ++c) {
+        const Segment& whole = segments[c];
+        const int low = std::max(whole.i, first), high = std::min(whole.i + whole.count, last);
+        if (low >= high)
+            continue;
+        const Segment columns{low, high - low, whole.run};
+        if (part == Part::factor && c >= split.pivots) {
+            for (int r = 0; r < split.pivots && !symmetric; ++r)
+                addRectangle(segments[r], columns, right);
+            continue;
+        }
+        const Target& target = part == Part::factor ? left : schur;
+        if (symmetric) {
+            addTriangle(columns, target);
+            if (high < whole.i + whole.count)
+                addRectangle({high, whole.i + whole.count - high, whole.run}, columns, target);
+        }
+        const int top = symmetric ? c + 1 : part == Part::factor ? 0 : split.pivots;
+        for (int r = top; r < split.all; ++r)
+            addRectangle(segments[r], columns, target);
     }
-    if (symmetric || !factor)
-        return;
-    const Target right{parent.right - std::int64_t{pivots} * pivots, pivots};
-    for (int c = end; c < split.all; ++c)
-        for (int r = 0; r < end; ++r)
-            addRectangle(segments[r], segments[c], right);
 }
 
 double Assembly::bytes() const

@@ -17,7 +17,7 @@ struct FrontStorage
     double *panel, *right, *schur;
 };
 
-// What takes part in the elimination is added before it, the rest may as well come afterwards.
+// The columns and rows of the pivots, and the others. The latter may be added after the elimination.
 enum class Part { factor, schur };
 
 class Assembly
@@ -26,12 +26,14 @@ public:
     // `a` is the matrix whose symmetrised pattern was analysed; its values are not looked at.
     Assembly(const Analysis& analysis, const SparseMatrix& a);
 
-    // Adds the entries of A, in the sequence of the pattern, that belong to the pivots of front f. Of a
-    // symmetric matrix only those with column <= row are read.
-    void addEntries(int f, const double* value, const FrontStorage& front) const;
+    // Adds the entries of A, in the sequence of the pattern, that belong to the pivots of front f, those of
+    // its columns begin ... end - 1. Of a symmetric matrix only those with column <= row are read.
+    void addEntries(int f, int begin, int end, const double* value, const FrontStorage& front) const;
 
-    // Adds the contribution of front `child`, a matrix of the order of its rest, to the front of its parent.
-    void addContribution(int child, Part part, const FrontStorage& parent, const double* contribution) const;
+    // Adds the contribution of front `child`, a matrix of the order of its rest, to a part of columns
+    // begin ... end - 1 of the front of its parent.
+    void addContribution(int child, Part part, int begin, int end, const FrontStorage& parent,
+                         const double* contribution) const;
 
     bool symmetric() const { return symmetric_; }
     // Where the diagonal entry of an unknown stands among the entries of A, -1: nowhere.

@@ -1,18 +1,24 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "factor.h"
 
+#include "executor.h"
+
 #include <algorithm>
 
-Factor::Factor(const Analysis& analysis, const Assembly& assembly)
-    : analysis_(analysis), assembly_(assembly), symmetric_(assembly.symmetric()),
-      panels_(analysis.panelEntries),
-      rights_(symmetric_ ? 0 : analysis.rightEntries), stack_{Workspace(analysis.stack[0]),
-                                                              Workspace(analysis.stack[1])},
-      d_(analysis.n), dinv_(analysis.n), correction_(analysis.n), tolerance_(analysis.largestFront),
+Factor::Factor(const Analysis& analysis, const Assembly& assembly, const Schedule& schedule, int threads)
+    : analysis_(analysis), assembly_(assembly), schedule_(schedule), threads_(threads),
+      symmetric_(assembly.symmetric()), panels_(analysis.panelEntries),
+      rights_(symmetric_ ? 0 : analysis.rightEntries), contributions_(schedule.contributions), d_(analysis.n),
+      dinv_(analysis.n), correction_(analysis.n), tolerance_(analysis.largestFront),
       shift_(analysis.largestFront), downward_(analysis.n)
 {
-    for (std::vector<int>& waiting : waiting_)
-        waiting.reserve(analysis.fronts.size());
+    for (std::size_t t = 0; t < std::min<std::size_t>(threads, schedule.branches.size()); ++t)
+        benches_.emplace_back(schedule);
+    for (Bench& bench : benches_) {
+        for (std::vector<int>& waiting : bench.waiting)
+            waiting.reserve(analysis.fronts.size());
+        idle_.push_back(&bench);
+    }
     treated_.reserve(analysis.n);
     if (analysis.kept >= 0) {
         const std::size_t order = analysis.fronts[analysis.kept].order;
@@ -20,15 +26,18 @@ Factor::Factor(const Analysis& analysis, const Assembly& assembly)
     }
 }
 
-double Factor::bytes(const Analysis& analysis, bool symmetric)
+double Factor::bytes(const Analysis& analysis, const Schedule& schedule, bool symmetric, int threads)
 {
     const double kept = analysis.kept < 0 ? 0.0 : analysis.fronts[analysis.kept].order;
+    const double benches = static_cast<double>(std::min<std::size_t>(threads, schedule.branches.size()));
     const auto workspace = [](std::int64_t count) { return static_cast<double>(Workspace::bytes(count)); };
     return workspace(analysis.panelEntries) + workspace(symmetric ? 0 : analysis.rightEntries) +
-           workspace(analysis.stack[0]) + workspace(analysis.stack[1]) + sizeof(double) * kept * kept +
+           workspace(schedule.contributions) +
+           benches * (workspace(schedule.stack[0]) + workspace(schedule.stack[1])) +
+           sizeof(double) * kept * kept +
            (3 * sizeof(double) + sizeof(int) + sizeof(TreatedPivot)) * static_cast<double>(analysis.n) +
            2 * sizeof(double) * static_cast<double>(analysis.largestFront) +
-           2 * sizeof(int) * static_cast<double>(analysis.fronts.size());
+           2 * benches * sizeof(int) * static_cast<double>(analysis.fronts.size());
 }
 
 void Factor::factorise(const double* value, const PivotRule& rule, const Progress& progress)
@@ -45,20 +54,57 @@ void Factor::factorise(const double* value, const PivotRule& rule, const Progres
         std::fill(shift_.begin(), shift_.end(), rule.shift);
     }
 
-    double* const stack[2] = {stack_[0].get(), stack_[1].get()};
-    std::int64_t used[2] = {0, 0};
-    for (std::vector<int>& waiting : waiting_)
-        waiting.clear();
+    std::mutex telling;
     double done = 0.0;
-    for (int f = 0; f < static_cast<int>(analysis_.fronts.size()); ++f) {
+    execute(schedule_, threads_, [&](const Task& task) {
+        double flops = 0.0;
+        if (task.kind == Task::Kind::branch)
+            flops = eliminateBranch(schedule_.branches[task.front], value, rule);
+        else
+            flops = doTile(task, value, rule);
+        if (progress && flops > 0.0) {
+            const std::lock_guard<std::mutex> lock(telling);
+            progress(std::min((done += flops) / std::max(analysis_.flops, 1.0), 1.0));
+        }
+    });
+    countPivots(rule.shift > 0.0);
+}
+
+FrontStorage Factor::storage(int f, double* schur) const
+{
+    const Front& front = analysis_.fronts[f];
+    return {front.pivots, front.rest(), panels_.get() + front.panel,
+            symmetric_ ? nullptr : rights_.get() + front.right, schur};
+}
+
+Pivots Factor::pivotsFrom(int k)
+{
+    return {d_.data() + k,          dinv_.data() + k,  downward_.data() + k,
+            correction_.data() + k, tolerance_.data(), shift_.data()};
+}
+
+// One bench for each thread: there is an idle one.
+double Factor::eliminateBranch(const Branch& branch, const double* value, const PivotRule& rule)
+{
+    Bench* bench;
+    {
+        const std::lock_guard<std::mutex> lock(benchesInUse_);
+        bench = idle_.back();
+        idle_.pop_back();
+    }
+    double* const stack[2] = {bench->stack[0].get(), bench->stack[1].get()};
+    std::int64_t used[2] = {0, 0};
+    for (std::vector<int>& waiting : bench->waiting)
+        waiting.clear();
+    double flops = 0.0;
+    for (int f = branch.first; f <= branch.last; ++f) {
         const Front& front = analysis_.fronts[f];
         const int parity = front.depth % 2;
-        std::vector<int>& children = waiting_[1 - parity];
-        const FrontStorage storage{front.pivots, front.rest(), panels_.get() + front.panel,
-                                   symmetric_ ? nullptr : rights_.get() + front.right,
-                                   stack[parity] + used[parity]};
-        assemble(f, value, storage);
-
+        const bool within = front.parent >= 0 && front.parent <= branch.last;
+        std::vector<int>& children = bench->waiting[1 - parity];
+        const FrontStorage own = storage(f, within ? stack[parity] + used[parity]
+                                                   : contributions_.get() + schedule_.contribution[f]);
+        assemble(f, 0, front.order, value, own);
         const auto addChildren = [&](Part part) {
             const double* top = stack[1 - parity] + used[1 - parity];
             for (auto child = children.rbegin(); child != children.rend(); ++child) {
@@ -66,47 +112,116 @@ void Factor::factorise(const double* value, const PivotRule& rule, const Progres
                 if (c.parent != f)
                     break;
                 top -= static_cast<std::int64_t>(c.rest()) * c.rest();
-                assembly_.addContribution(*child, part, storage, top);
+                assembly_.addContribution(*child, part, 0, front.order, own, top);
             }
         };
         addChildren(Part::factor);
         if (f == analysis_.kept)
-            std::copy_n(storage.panel, schur_.size(), schur_.begin());
-        eliminate(front, rule, storage);
+            std::copy_n(own.panel, schur_.size(), schur_.begin());
+        if (symmetric_)
+            eliminateSymmetric(rule, own.pivots, own.rest, own.panel, own.schur, pivotsFrom(front.first));
+        else
+            eliminateUnsymmetric(rule, own.pivots, own.rest, own.panel, own.right, own.schur,
+                                 pivotsFrom(front.first));
         addChildren(Part::schur);
         for (; !children.empty() && analysis_.fronts[children.back()].parent == f; children.pop_back()) {
             const std::int64_t rest = analysis_.fronts[children.back()].rest();
             used[1 - parity] -= rest * rest;
         }
-        if (front.parent >= 0) {
+        if (within) {
             used[parity] += static_cast<std::int64_t>(front.rest()) * front.rest();
-            waiting_[parity].push_back(f);
+            bench->waiting[parity].push_back(f);
         }
-        if (progress)
-            progress(std::min((done += front.flops()) / std::max(analysis_.flops, 1.0), 1.0));
+        flops += front.flops();
     }
-    countPivots(rule.shift > 0.0);
+    const std::lock_guard<std::mutex> lock(benchesInUse_);
+    idle_.push_back(bench);
+    return flops;
 }
 
-void Factor::assemble(int f, const double* value, const FrontStorage& storage) const
+// Zeros, and the entries of A; of C nothing.
+void Factor::assemble(int f, int begin, int end, const double* value, const FrontStorage& front) const
 {
-    const std::int64_t pivots = storage.pivots;
-    std::fill_n(storage.panel, (pivots + storage.rest) * pivots, 0.0);
-    if (!symmetric_)
-        std::fill_n(storage.right, pivots * storage.rest, 0.0);
-    assembly_.addEntries(f, value, storage);
+    const std::int64_t pivots = front.pivots, order = pivots + front.rest;
+    const std::int64_t left = std::min<std::int64_t>(end, pivots),
+                       behind = std::max<std::int64_t>(begin, pivots);
+    if (begin < left)
+        std::fill_n(front.panel + order * begin, order * (left - begin), 0.0);
+    if (front.right && behind < end)
+        std::fill_n(front.right + pivots * (behind - pivots), pivots * (end - behind), 0.0);
+    assembly_.addEntries(f, begin, end, value, front);
 }
 
-void Factor::eliminate(const Front& front, const PivotRule& rule, const FrontStorage& storage)
+// Returns the flops of a front when all of it is done.
+double Factor::doTile(const Task& task, const double* value, const PivotRule& rule)
 {
-    const Pivots pivots{
-        d_.data() + front.first,          dinv_.data() + front.first, downward_.data() + front.first,
-        correction_.data() + front.first, tolerance_.data(),          shift_.data()};
-    if (symmetric_)
-        eliminateSymmetric(rule, front.pivots, front.rest(), storage.panel, storage.schur, pivots);
-    else
-        eliminateUnsymmetric(rule, front.pivots, front.rest(), storage.panel, storage.right, storage.schur,
-                             pivots);
+    const Front& front = analysis_.fronts[task.front];
+    const Tiling tiling = tilingOf(front);
+    const FrontStorage own = storage(task.front, contributions_.get() + schedule_.contribution[task.front]);
+    const auto width = [&](int t) { return tiling.end(t) - tiling.begin(t); };
+    struct Tile
+    {
+        double* data;
+        int ld;
+    };
+    const auto tile = [&](int i, int j) -> Tile {
+        const std::int64_t row = tiling.begin(i), column = tiling.begin(j);
+        if (column < own.pivots)
+            return {own.panel + row + front.order * column, front.order};
+        if (row < own.pivots)
+            return {own.right + row + own.pivots * (column - own.pivots), own.pivots};
+        return {own.schur + (row - own.pivots) + own.rest * (column - own.pivots), own.rest};
+    };
+    const int k = task.k;
+    switch (task.kind) {
+    case Task::Kind::assemble: {
+        const int begin = tiling.begin(task.j), end = tiling.end(task.j);
+        assemble(task.front, begin, end, value, own);
+        if (begin >= own.pivots)
+            for (std::int64_t j = begin - own.pivots; j < end - own.pivots; ++j) {
+                const std::int64_t top = symmetric_ ? begin - own.pivots : 0;
+                std::fill_n(own.schur + top + own.rest * j, own.rest - top, 0.0);
+            }
+        for (int child : schedule_.children[task.front]) {
+            const double* const contribution = contributions_.get() + schedule_.contribution[child];
+            assembly_.addContribution(child, Part::factor, begin, end, own, contribution);
+            if (begin >= own.pivots)
+                assembly_.addContribution(child, Part::schur, begin, end, own, contribution);
+        }
+        return 0.0;
+    }
+    case Task::Kind::keep:
+        std::copy_n(own.panel, schur_.size(), schur_.begin());
+        return 0.0;
+    case Task::Kind::eliminate:
+        eliminatePivots(rule, symmetric_, width(k), tile(k, k).data, front.order,
+                        pivotsFrom(front.first + tiling.begin(k)));
+        return 0.0;
+    case Task::Kind::lower:
+        solveLower(rule, symmetric_, width(task.i), width(k), tile(k, k).data, front.order,
+                   tile(task.i, k).data, front.order, dinv_.data() + front.first + tiling.begin(k));
+        return 0.0;
+    case Task::Kind::upper:
+        solveUpper(width(task.j), width(k), tile(k, k).data, front.order, tile(k, task.j).data,
+                   tile(k, task.j).ld);
+        return 0.0;
+    case Task::Kind::update: {
+        const Tile c = tile(task.i, task.j);
+        if (symmetric_)
+            updateSymmetric(width(task.i), width(task.j), width(k), tile(task.i, k).data,
+                            tile(task.j, k).data, front.order, dinv_.data() + front.first + tiling.begin(k),
+                            1.0, c.data, c.ld);
+        else
+            updateUnsymmetric(width(task.i), width(task.j), width(k), tile(task.i, k).data, front.order,
+                              tile(k, task.j).data, tile(k, task.j).ld, 1.0, c.data, c.ld);
+        return 0.0;
+    }
+    case Task::Kind::finish:
+        return front.flops();
+    case Task::Kind::branch:
+        break;
+    }
+    return 0.0;
 }
 
 void Factor::countPivots(bool shifted)

@@ -5,9 +5,12 @@
 #include "analysis.h"
 #include "assembly.h"
 #include "front.h"
+#include "schedule.h"
 #include "workspace.h"
 
 #include <functional>
+#include <mutex>
+#include <vector>
 
 // Called now and then with the share of the work that is done. May throw, which leaves the factor unusable.
 using Progress = std::function<void(double)>;
@@ -23,8 +26,8 @@ struct TreatedPivot
 class Factor
 {
 public:
-    // Takes all memory that there is need of. Analysis and assembly must outlive the factor.
-    Factor(const Analysis& analysis, const Assembly& assembly);
+    // Takes all memory that there is need of. Analysis, assembly and schedule must outlive the factor.
+    Factor(const Analysis& analysis, const Assembly& assembly, const Schedule& schedule, int threads);
 
     // `value` are the entries in the sequence of the pattern of the assembly, of a symmetric matrix those
     // with column <= row. May be called again, for other
@@ -46,12 +49,27 @@ public:
     const std::vector<double>& schur() const { return schur_; }
 
     double flops() const { return symmetric_ ? analysis_.flops : 2.0 * analysis_.flops; }
+    int threads() const { return threads_; }
     // What a factor of this analysis takes, beside the assembly.
-    static double bytes(const Analysis& analysis, bool symmetric);
+    static double bytes(const Analysis& analysis, const Schedule& schedule, bool symmetric, int threads);
 
 private:
-    void assemble(int front, const double* value, const FrontStorage& storage) const;
-    void eliminate(const Front& front, const PivotRule& rule, const FrontStorage& storage);
+    // What a thread needs for a branch: contributions that wait for their parents, and whose they are.
+    struct Bench
+    {
+        explicit Bench(const Schedule& schedule)
+            : stack{Workspace(schedule.stack[0]), Workspace(schedule.stack[1])}
+        {
+        }
+        Workspace stack[2];
+        std::vector<int> waiting[2];
+    };
+
+    FrontStorage storage(int front, double* schur) const;
+    Pivots pivotsFrom(int k);
+    void assemble(int front, int begin, int end, const double* value, const FrontStorage& storage) const;
+    double eliminateBranch(const Branch& branch, const double* value, const PivotRule& rule);
+    double doTile(const Task& task, const double* value, const PivotRule& rule);
     void gather(const Front& front, const double* y, int width, double* v) const;
     void subtractRows(const Front& front, const double* w, int width, double* y) const;
     void forwardByLower(const Front& front, int width, double* v, double* w) const;
@@ -62,10 +80,14 @@ private:
 
     const Analysis& analysis_;
     const Assembly& assembly_;
+    const Schedule& schedule_;
+    int threads_;
     bool symmetric_;
     Workspace panels_, rights_;
-    Workspace stack_[2];          // contributions that wait for their parents
-    std::vector<int> waiting_[2]; // fronts whose contributions they are
+    Workspace contributions_; // those that are not on a bench
+    std::vector<Bench> benches_;
+    std::vector<Bench*> idle_;
+    std::mutex benchesInUse_;
     std::vector<double> d_, dinv_, correction_, schur_;
     std::vector<double> tolerance_, shift_; // as the regularised eliminations take them
     std::vector<int> downward_;             // 1 where a tiny pivot is to become negative

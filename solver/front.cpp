@@ -55,75 +55,108 @@ void solveByLower(int m, int n, const double* l, int ldl, double* b, int ldb)
     dense::trmm('L', 'L', 'N', m, n, inverse, m, b, ldb);
 }
 
+// The panel width of the elimination of p pivots, of which a number goes without panels.
+int panelWidth(const PivotRule& rule, int pivots, bool symmetric)
+{
+    return panelWidth(rule, pivots, symmetric ? 128 : 256);
+}
+
 } // namespace
+
+void eliminatePivots(const PivotRule& rule, bool symmetric, int pivots, double* f, int ld, const Pivots& out)
+{
+    const int nb = panelWidth(rule, pivots, symmetric);
+    if (symmetric && rule.shift > 0.0)
+        blac_selim_reg_(&pivots, &nb, f, &ld, out.d, out.dinv, out.tolerance, out.negative, out.shift,
+                        out.correction);
+    else if (symmetric)
+        blac_selim_(&pivots, &nb, &rule.tolerance, f, &ld, out.d, out.dinv);
+    else if (rule.shift > 0.0)
+        blac_uelim_reg_(&pivots, &nb, f, &ld, out.d, out.dinv, out.tolerance, out.negative, out.shift,
+                        out.correction);
+    else
+        blac_uelim_(&pivots, &nb, &rule.tolerance, f, &ld, out.d, out.dinv);
+}
+
+void solveLower(const PivotRule& rule, bool symmetric, int m, int pivots, const double* f, int ldf,
+                double* rows, int ld, const double* dinv)
+{
+    // Symmetric, each diagonal panel of F11 holds its L^T above the diagonal, and only there.
+    const int nb = symmetric ? panelWidth(rule, pivots, symmetric) : pivots;
+    const auto at = [&](int i, int j) { return f + i + static_cast<std::int64_t>(ldf) * j; };
+    for (int start = 0; start < pivots; start += nb)
+        for (int j = start; j < std::min(start + nb, pivots); j += solveBlock) {
+            const int width = std::min({solveBlock, start + nb - j, pivots - j});
+            const int next = j + width, later = pivots - next;
+            double* const solved = rows + static_cast<std::int64_t>(ld) * j;
+            double* const others = rows + static_cast<std::int64_t>(ld) * next;
+            solveByUpperUnit(m, width, at(j, j), ldf, solved, ld);
+            if (symmetric)
+                inPieces(m, later, width, [&](int k, int columns, int l, int depth) {
+                    const std::int64_t behind = static_cast<std::int64_t>(ld) * l;
+                    dense::subtractScaledProduct(m, columns, depth, solved + behind, ld, at(next + k, j + l),
+                                                 ldf, 1.0, others + static_cast<std::int64_t>(ld) * k, ld,
+                                                 dinv + j + l);
+                });
+            else if (later > 0)
+                dense::gemm('N', 'N', m, later, width, -1.0, solved, ld, at(j, next), ldf, 1.0, others, ld);
+        }
+}
+
+void solveUpper(int n, int pivots, const double* f, int ldf, double* columns, int ld)
+{
+    for (int j = 0; j < pivots; j += solveBlock) {
+        const int width = std::min(solveBlock, pivots - j), next = j + width, later = pivots - next;
+        const auto at = [&](int i) { return f + i + static_cast<std::int64_t>(ldf) * j; };
+        solveByLower(width, n, at(j), ldf, columns + j, ld);
+        if (later > 0)
+            dense::gemm('N', 'N', later, n, width, -1.0, at(next), ldf, columns + j, ld, 1.0, columns + next,
+                        ld);
+    }
+}
+
+void updateSymmetric(int m, int n, int pivots, const double* a, const double* b, int ld, const double* dinv,
+                     double beta, double* c, int ldc)
+{
+    const bool triangle = a == b;
+    inPieces(m, n, pivots, [&](int j, int columns, int l, int depth) {
+        const int top = triangle ? j : 0;
+        const std::int64_t behind = static_cast<std::int64_t>(ld) * l;
+        dense::subtractScaledProduct(m - top, columns, depth, a + top + behind, ld, b + j + behind, ld,
+                                     l == 0 ? beta : 1.0, c + top + static_cast<std::int64_t>(ldc) * j, ldc,
+                                     dinv + l);
+    });
+}
+
+void updateUnsymmetric(int m, int n, int pivots, const double* a, int lda, const double* b, int ldb,
+                       double beta, double* c, int ldc)
+{
+    inPieces(m, n, pivots, [&](int j, int columns, int l, int depth) {
+        dense::gemm('N', 'N', m, columns, depth, -1.0, a + static_cast<std::int64_t>(lda) * l, lda,
+                    b + l + static_cast<std::int64_t>(ldb) * j, ldb, l == 0 ? beta : 1.0,
+                    c + static_cast<std::int64_t>(ldc) * j, ldc);
+    });
+}
 
 void eliminateSymmetric(const PivotRule& rule, int pivots, int rest, double* panel, double* schur,
                         const Pivots& out)
 {
     const int order = pivots + rest;
-    const int nb = panelWidth(rule, pivots, 128);
-    if (rule.shift > 0.0) {
-        blac_selim_reg_(&pivots, &nb, panel, &order, out.d, out.dinv, out.tolerance, out.negative, out.shift,
-                        out.correction);
-    } else {
-        blac_selim_(&pivots, &nb, &rule.tolerance, panel, &order, out.d, out.dinv);
-    }
+    eliminatePivots(rule, true, pivots, panel, order, out);
     if (rest == 0)
         return;
-
-    const auto at = [&](int i, int j) { return i + static_cast<std::int64_t>(order) * j; };
-    // L21*D := F21 * L11^-T, block by block: each diagonal panel of F11 holds its L^T above the diagonal.
-    for (int start = 0; start < pivots; start += nb)
-        for (int j = start; j < std::min(start + nb, pivots); j += solveBlock) {
-            const int width = std::min({solveBlock, start + nb - j, pivots - j});
-            const int later = pivots - j - width;
-            const double* diagonal = panel + at(j, j);
-            double* rows = panel + at(pivots, j);
-            solveByUpperUnit(rest, width, diagonal, order, rows, order);
-            inPieces(rest, later, width, [&](int k, int columns, int l, int depth) {
-                dense::subtractScaledProduct(rest, columns, depth, rows + at(0, l), order,
-                                             diagonal + at(width + k, l), order, 1.0, rows + at(0, width + k),
-                                             order, out.dinv + j + l);
-            });
-        }
-    inPieces(rest, rest, pivots, [&](int j, int columns, int l, int depth) {
-        const double* rows = panel + at(pivots + j, l);
-        dense::subtractScaledProduct(rest - j, columns, depth, rows, order, rows, order, l == 0 ? 0.0 : 1.0,
-                                     schur + j + static_cast<std::int64_t>(rest) * j, rest, out.dinv + l);
-    });
+    solveLower(rule, true, rest, pivots, panel, order, panel + pivots, order, out.dinv);
+    updateSymmetric(rest, rest, pivots, panel + pivots, panel + pivots, order, out.dinv, 0.0, schur, rest);
 }
 
 void eliminateUnsymmetric(const PivotRule& rule, int pivots, int rest, double* panel, double* right,
                           double* schur, const Pivots& out)
 {
     const int order = pivots + rest;
-    const int nb = panelWidth(rule, pivots, 256);
-    if (rule.shift > 0.0) {
-        blac_uelim_reg_(&pivots, &nb, panel, &order, out.d, out.dinv, out.tolerance, out.negative, out.shift,
-                        out.correction);
-    } else {
-        blac_uelim_(&pivots, &nb, &rule.tolerance, panel, &order, out.d, out.dinv);
-    }
+    eliminatePivots(rule, false, pivots, panel, order, out);
     if (rest == 0)
         return;
-    const auto at = [&](int i, int j) { return panel + i + static_cast<std::int64_t>(order) * j; };
-    for (int j = 0; j < pivots; j += solveBlock) {
-        const int width = std::min(solveBlock, pivots - j);
-        const int next = j + width, later = pivots - next;
-        // L21*D := F21 * U11^-1
-        solveByUpperUnit(rest, width, at(j, j), order, at(pivots, j), order);
-        if (later > 0)
-            dense::gemm('N', 'N', rest, later, width, -1.0, at(pivots, j), order, at(j, next), order, 1.0,
-                        at(pivots, next), order);
-        // U12 := (L11*D)^-1 * F12
-        solveByLower(width, rest, at(j, j), order, right + j, pivots);
-        if (later > 0)
-            dense::gemm('N', 'N', later, rest, width, -1.0, at(next, j), order, right + j, pivots, 1.0,
-                        right + next, pivots);
-    }
-    inPieces(rest, rest, pivots, [&](int j, int columns, int l, int depth) {
-        dense::gemm('N', 'N', rest, columns, depth, -1.0, at(pivots, l), order,
-                    right + l + static_cast<std::int64_t>(pivots) * j, pivots, l == 0 ? 0.0 : 1.0,
-                    schur + static_cast<std::int64_t>(rest) * j, rest);
-    });
+    solveLower(rule, false, rest, pivots, panel, order, panel + pivots, order, out.dinv);
+    solveUpper(rest, pivots, panel, order, right, pivots);
+    updateUnsymmetric(rest, rest, pivots, panel + pivots, order, right, pivots, 0.0, schur, rest);
 }

@@ -35,3 +35,19 @@ void eliminateSymmetric(const PivotRule& rule, int pivots, int rest, double* pan
 // The panel ends as L*D (with U11 above the diagonal), right as U12, U unit upper.
 void eliminateUnsymmetric(const PivotRule& rule, int pivots, int rest, double* panel, double* right,
                           double* schur, const Pivots& out);
+
+// The same in steps, of which large fronts have one for each tile.
+//
+// F, of order `pivots`, is eliminated as F11 above.
+void eliminatePivots(const PivotRule& rule, bool symmetric, int pivots, double* f, int ld, const Pivots& out);
+// m rows R := L*D with L = R * (D * L^T)^-1, or R * U^-1, of F as eliminatePivots left it
+void solveLower(const PivotRule& rule, bool symmetric, int m, int pivots, const double* f, int ldf,
+                double* rows, int ld, const double* dinv);
+// n columns R := U with U = (L*D)^-1 * R
+void solveUpper(int n, int pivots, const double* f, int ldf, double* columns, int ld);
+// C := beta*C - A * D^-1 * B^T, C of m rows and n columns; where A is B, only the lower triangle is needed
+void updateSymmetric(int m, int n, int pivots, const double* a, const double* b, int ld, const double* dinv,
+                     double beta, double* c, int ldc);
+// C := beta*C - A * B
+void updateUnsymmetric(int m, int n, int pivots, const double* a, int lda, const double* b, int ldb,
+                       double beta, double* c, int ldc);

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "handle.h"
 
+#include "blas_threads.h"
 #include "bounds.h"
 #include "failure.h"
 #include "refine.h"
 #include "stopwatch.h"
-
-#include <TOVBlaModule.h>
 
 #include <algorithm>
 #include <new>
@@ -27,31 +26,6 @@ constexpr Effort few{5, 0}, much{20, 10};
 constexpr int cycles = 10;
 // Right-hand sides that are copied and solved for at a time.
 constexpr int blockColumns = 64;
-
-// The number of BLAS threads while a call lasts.
-class BlasThreads
-{
-public:
-    explicit BlasThreads(double wanted) : before_(blaC_get_num_threads())
-    {
-        const int count = wanted > 0.0 ? static_cast<int>(wanted)
-                                       : static_cast<int>(std::max(std::thread::hardware_concurrency(), 1u));
-        changed_ = count != before_;
-        if (changed_)
-            blaC_set_num_threads(count);
-    }
-    ~BlasThreads()
-    {
-        if (changed_)
-            blaC_set_num_threads(before_);
-    }
-    BlasThreads(const BlasThreads&) = delete;
-    BlasThreads& operator=(const BlasThreads&) = delete;
-
-private:
-    int before_;
-    bool changed_ = false;
-};
 
 Vectors copied(const double* b, std::int64_t ld, int n, int columns)
 {
@@ -110,9 +84,9 @@ void bla_solver::factorise(const double* value)
 {
     Stopwatch watch;
     report("factorising", 0.0);
-    const BlasThreads threads(options.threads);
+    const OneBlasThread beneath;
     auto made = std::make_unique<Numbers>();
-    made->threads = blaC_get_num_threads();
+    made->threads = threads();
     std::unique_ptr<const Plan> other;
     if (!equilibrateByDiagonal(value, made->equilibrated)) {
         const SparseMatrix a = rows->matrix(value);
@@ -130,9 +104,9 @@ void bla_solver::factorise(const double* value)
                                                     " bytes, memory_limit allows " +
                                                     std::to_string(options.memoryLimit));
     // In place of the old factor, unless what follows can fail.
-    const bool inPlace = numbers && !other && !monitor;
+    const bool inPlace = numbers && !other && !monitor && numbers->factor->threads() == threads();
     if (!inPlace)
-        made->factor = std::make_unique<Factor>(used.analysis, *used.assembly);
+        made->factor = std::make_unique<Factor>(used.analysis, *used.assembly, *used.schedule, threads());
     made->replaced.reserve(rows->pattern().n);
 
     factoriseWell(inPlace ? *numbers->factor : *made->factor, value, *made);
@@ -151,6 +125,12 @@ void bla_solver::factorise(const double* value)
         plan = std::move(other);
 }
 
+int bla_solver::threads() const
+{
+    return options.threads > 0.0 ? static_cast<int>(options.threads)
+                                 : static_cast<int>(std::max(std::thread::hardware_concurrency(), 1u));
+}
+
 double bla_solver::bytes(const Plan& used) const
 {
     const double entries = static_cast<double>(rows->pattern().entries());
@@ -158,7 +138,8 @@ double bla_solver::bytes(const Plan& used) const
     const double vectors =
         3 * sizeof(double) + 2 * sizeof(int); // its pointers, factors and exchanges; replaced
     const double trial = used.symmetric() ? 0.0 : 8 * sizeof(double); // solutions that try the factor
-    return rows->bytes() + used.bytes() + Factor::bytes(used.analysis, used.symmetric()) + scaled +
+    return rows->bytes() + used.bytes() +
+           Factor::bytes(used.analysis, *used.schedule, used.symmetric(), threads()) + scaled +
            (vectors + trial) * n();
 }
 
@@ -237,7 +218,7 @@ void bla_solver::apply(Vectors& x, bool transposed) const
 void bla_solver::solve(bool transposed, int columns, double* b, std::int64_t ldb)
 {
     Stopwatch watch;
-    const BlasThreads threads(options.threads);
+    const OneBlasThread beneath;
     for (int j = 0; j < columns && n() > 0; j += blockColumns) { // of nothing, b may be missing
         report("solving", static_cast<double>(j) / columns);
         Vectors x = copied(b + ldb * j, ldb, n(), std::min(blockColumns, columns - j));
@@ -251,7 +232,7 @@ void bla_solver::refine(const double* value, int columns, const double* b, std::
                         std::int64_t ldx)
 {
     Stopwatch watch;
-    const BlasThreads threads(options.threads);
+    const OneBlasThread beneath;
     auto told = std::make_unique<Answer>();
     Evidence& worst = told->evidence;
     worst.n = n();

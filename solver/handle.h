@@ -90,6 +90,7 @@ private:
     bool equilibrateByDiagonal(const double* value, Equilibrated& made);
     void factoriseWell(Factor& factor, const double* value, Numbers& made) const;
     void apply(Vectors& x, bool transposed) const;
+    int threads() const;
 
     std::vector<double> scaledEntries; // room for those that equilibrateByDiagonal makes
 };

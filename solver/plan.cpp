@@ -30,6 +30,7 @@ Plan::Plan(const SparseMatrix& pattern, const Wishes& wishes, Demands asked) : d
     options.kept = wishes.kept;
     analysis = analyse(Pattern{whole.n, whole.start.data(), whole.column.data()}, demands.late, options);
     assembly = std::make_unique<const Assembly>(analysis, pattern);
+    schedule = std::make_unique<const Schedule>(analysis, pattern.symmetric);
 }
 
 double Plan::factorEntries() const
@@ -45,7 +46,8 @@ double Plan::flops() const
 
 double Plan::bytes() const
 {
-    return storageOf(demands.late) + storageOf(demands.rowOf) + analysis.bytes() + assembly->bytes();
+    return storageOf(demands.late) + storageOf(demands.rowOf) + analysis.bytes() + assembly->bytes() +
+           schedule->bytes();
 }
 
 Demands patternDemands(const SparseMatrix& pattern)

@@ -6,6 +6,7 @@
 #include "analysis.h"
 #include "assembly.h"
 #include "scaling.h"
+#include "schedule.h"
 #include "sparse_matrix.h"
 
 #include <memory>
@@ -34,6 +35,7 @@ struct Plan
     Demands demands;
     Analysis analysis;
     std::unique_ptr<const Assembly> assembly;
+    std::unique_ptr<const Schedule> schedule;
 
     bool symmetric() const { return assembly->symmetric(); }
     double factorEntries() const;

@@ -10,8 +10,8 @@ struct Planned
     Plan plan;
     Factor factor;
 
-    explicit Planned(const SparseMatrix& a)
-        : plan(a, Wishes(), patternDemands(a)), factor(plan.analysis, *plan.assembly)
+    explicit Planned(const SparseMatrix& a, int threads = 1)
+        : plan(a, Wishes(), patternDemands(a)), factor(plan.analysis, *plan.assembly, *plan.schedule, threads)
     {
     }
 };

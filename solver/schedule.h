@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The factorisation as tasks, cut by the shape of the tree alone and never by the number of threads:
+// branches, whose fronts are eliminated one after the other, and tiles of the fronts above them. Every number
+// is made by the same operations in the same sequence, whoever does them and whenever.
+#pragma once
+
+#include "analysis.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <vector>
+
+// Subtrees next to each other: the fronts first ... last. Contributions within wait on two stacks, one for
+// each parity of the depth.
+struct Branch
+{
+    int first, last;
+    std::int64_t stack[2];
+};
+
+// The rows and columns of a front in tiles; none holds pivots and others.
+struct Tiling
+{
+    int pivots, order, width;
+
+    int pivotTiles() const { return (pivots + width - 1) / width; }
+    int tiles() const { return pivotTiles() + (order - pivots + width - 1) / width; }
+    int begin(int tile) const
+    {
+        return tile <= pivotTiles() ? std::min(tile * width, pivots) : pivots + (tile - pivotTiles()) * width;
+    }
+    int end(int tile) const
+    {
+        return tile < pivotTiles() ? std::min((tile + 1) * width, pivots)
+                                   : std::min(begin(tile) + width, order);
+    }
+};
+
+struct Task
+{
+    enum class Kind {
+        branch,    // number `front` of the branches
+        assemble,  // tile column j of a front: entries and contributions
+        keep,      // the front of the unknowns that are kept, before it is eliminated
+        eliminate, // tile (k, k)
+        lower,     // tile (i, k), with tile (k, k)
+        upper,     // tile (k, j), with tile (k, k); unsymmetric fronts only
+        update,    // tile (i, j), with (i, k) and (k, j)
+        finish     // nothing: the contribution of the front is there
+    };
+    Kind kind;
+    int front, i, j, k;
+};
+
+struct Schedule
+{
+    Schedule(const Analysis& analysis, bool symmetric);
+
+    std::vector<Branch> branches;
+    std::vector<std::vector<int>> children; // of the fronts above
+    std::vector<int> branchOf;              // of each front; -1: one of those above
+    std::vector<Task> tasks;                // each behind all that it waits for
+    std::vector<int> waits;                 // of each task: for how many
+    std::vector<std::int64_t> start;        // of each task: where those that wait for it start in `next`
+    std::vector<int> next;
+    std::vector<std::int64_t> contribution; // of a front above, or a root of a branch: where its own lies
+    std::int64_t contributions = 0;         // entries of all
+    std::int64_t stack[2] = {0, 0};         // the most of all branches
+
+    double bytes() const;
+};
+
+// How the rows and columns of a front above the branches are tiled.
+Tiling tilingOf(const Front& front);
