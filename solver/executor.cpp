@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "executor.h"
 
+#include <oneapi/tbb/global_control.h>
 #include <oneapi/tbb/task_arena.h>
 #include <oneapi/tbb/task_group.h>
 
@@ -70,6 +71,8 @@ void execute(const Schedule& schedule, int threads, const std::function<void(con
             task(each);
         return;
     }
+    // Else the runtime takes no more threads than there are processors, and says so on stderr.
+    const tbb::global_control allowed(tbb::global_control::max_allowed_parallelism, threads);
     tbb::task_arena arena(threads);
     arena.execute([&] { Run(schedule, task).begin(); });
 }

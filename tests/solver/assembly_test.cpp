@@ -114,7 +114,7 @@ TEST(ExtendAdd, AddsEveryEntryOfTheChildOnceAndNothingElse)
             for (int j = 0; j < count; ++j)
                 for (int i = 0; i < count; ++i)
                     expected.add(part, at[i], at[j], child[i + static_cast<std::size_t>(count) * j]);
-            assembly.addContribution(0, part, 0, parent.order(), parent.storage(), child.data());
+            assembly.addContribution(0, part, 0, order, parent.storage(), child.data());
             ASSERT_EQ(parent.panel, expected.panel);
             ASSERT_EQ(parent.right, expected.right);
             ASSERT_EQ(parent.schur, expected.schur);
