@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "factor.h"
 
-#include "executor.h"
-
 #include <algorithm>
 
-Factor::Factor(const Analysis& analysis, const Assembly& assembly, const Schedule& schedule, int threads)
-    : analysis_(analysis), assembly_(assembly), schedule_(schedule), threads_(threads),
+Factor::Factor(const Analysis& analysis, const Assembly& assembly, const Schedule& schedule,
+               const Pieces& pieces, int threads)
+    : analysis_(analysis), assembly_(assembly), schedule_(schedule), pieces_(pieces), threads_(threads),
       symmetric_(assembly.symmetric()), panels_(analysis.panelEntries),
       rights_(symmetric_ ? 0 : analysis.rightEntries), contributions_(schedule.contributions), d_(analysis.n),
       dinv_(analysis.n), correction_(analysis.n), tolerance_(analysis.largestFront),
@@ -56,7 +55,8 @@ void Factor::factorise(const double* value, const PivotRule& rule, const Progres
 
     std::mutex telling;
     double done = 0.0;
-    execute(schedule_, threads_, [&](const Task& task) {
+    schedule_.graph.execute(threads_, [&](int t) {
+        const Task& task = schedule_.tasks[t];
         double flops = 0.0;
         if (task.kind == Task::Kind::branch)
             flops = eliminateBranch(schedule_.branches[task.front], value, rule);

@@ -5,6 +5,7 @@
 #include "analysis.h"
 #include "assembly.h"
 #include "front.h"
+#include "pieces.h"
 #include "schedule.h"
 #include "workspace.h"
 
@@ -26,8 +27,9 @@ struct TreatedPivot
 class Factor
 {
 public:
-    // Takes all memory that there is need of. Analysis, assembly and schedule must outlive the factor.
-    Factor(const Analysis& analysis, const Assembly& assembly, const Schedule& schedule, int threads);
+    // Takes all memory that there is need of. Plan: they must outlive the factor.
+    Factor(const Analysis& analysis, const Assembly& assembly, const Schedule& schedule, const Pieces& pieces,
+           int threads);
 
     // `value` are the entries in the sequence of the pattern of the assembly, of a symmetric matrix those
     // with column <= row. May be called again, for other
@@ -70,8 +72,8 @@ private:
     void assemble(int front, int begin, int end, const double* value, const FrontStorage& storage) const;
     double eliminateBranch(const Branch& branch, const double* value, const PivotRule& rule);
     double doTile(const Task& task, const double* value, const PivotRule& rule);
-    void gather(const Front& front, const double* y, int width, double* v) const;
-    void subtractRows(const Front& front, const double* w, int width, double* y) const;
+    void forward(const Piece& piece, int width, bool transposed, double* y, double* given) const;
+    void backward(const Piece& piece, int width, bool transposed, double* y) const;
     void forwardByLower(const Front& front, int width, double* v, double* w) const;
     void backwardByLower(const Front& front, int width, double* v) const;
     void forwardByUpper(const Front& front, int width, double* v, double* w) const;
@@ -81,6 +83,7 @@ private:
     const Analysis& analysis_;
     const Assembly& assembly_;
     const Schedule& schedule_;
+    const Pieces& pieces_;
     int threads_;
     bool symmetric_;
     Workspace panels_, rights_;

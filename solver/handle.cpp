@@ -106,7 +106,8 @@ void bla_solver::factorise(const double* value)
     // In place of the old factor, unless what follows can fail.
     const bool inPlace = numbers && !other && !monitor && numbers->factor->threads() == threads();
     if (!inPlace)
-        made->factor = std::make_unique<Factor>(used.analysis, *used.assembly, *used.schedule, threads());
+        made->factor =
+            std::make_unique<Factor>(used.analysis, *used.assembly, *used.schedule, *used.pieces, threads());
     made->replaced.reserve(rows->pattern().n);
 
     factoriseWell(inPlace ? *numbers->factor : *made->factor, value, *made);

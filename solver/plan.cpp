@@ -31,6 +31,7 @@ Plan::Plan(const SparseMatrix& pattern, const Wishes& wishes, Demands asked) : d
     analysis = analyse(Pattern{whole.n, whole.start.data(), whole.column.data()}, demands.late, options);
     assembly = std::make_unique<const Assembly>(analysis, pattern);
     schedule = std::make_unique<const Schedule>(analysis, pattern.symmetric);
+    pieces = std::make_unique<const Pieces>(analysis, *schedule);
 }
 
 double Plan::factorEntries() const
@@ -47,7 +48,7 @@ double Plan::flops() const
 double Plan::bytes() const
 {
     return storageOf(demands.late) + storageOf(demands.rowOf) + analysis.bytes() + assembly->bytes() +
-           schedule->bytes();
+           schedule->bytes() + pieces->bytes();
 }
 
 Demands patternDemands(const SparseMatrix& pattern)

@@ -5,6 +5,7 @@
 
 #include "analysis.h"
 #include "assembly.h"
+#include "pieces.h"
 #include "scaling.h"
 #include "schedule.h"
 #include "sparse_matrix.h"
@@ -36,6 +37,7 @@ struct Plan
     Analysis analysis;
     std::unique_ptr<const Assembly> assembly;
     std::unique_ptr<const Schedule> schedule;
+    std::unique_ptr<const Pieces> pieces;
 
     bool symmetric() const { return assembly->symmetric(); }
     double factorEntries() const;

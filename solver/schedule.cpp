@@ -4,7 +4,6 @@
 #include "storage.h"
 
 #include <algorithm>
-#include <numeric>
 
 namespace {
 
@@ -30,20 +29,6 @@ struct Builder
         return static_cast<int>(schedule.tasks.size()) - 1;
     }
     void wait(int task, int for_) { edges.emplace_back(for_, task); }
-
-    void finish()
-    {
-        std::sort(edges.begin(), edges.end());
-        edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
-        schedule.waits.assign(schedule.tasks.size(), 0);
-        schedule.start.assign(schedule.tasks.size() + 1, 0);
-        for (const auto& [task, waiting] : edges) {
-            ++schedule.waits[waiting];
-            ++schedule.start[task + 1];
-            schedule.next.push_back(waiting);
-        }
-        std::partial_sum(schedule.start.begin(), schedule.start.end(), schedule.start.begin());
-    }
 };
 
 // The tasks of a front; `before` are those that its children's contributions wait for. The last one is the
@@ -228,11 +213,11 @@ Schedule::Schedule(const Analysis& analysis, bool symmetric)
         if (const int parent = analysis.fronts[f].parent; parent >= 0 && branchOf[parent] < 0)
             children[parent].push_back(f);
     placeContributions(analysis, *this);
-    builder.finish();
+    graph = TaskGraph(static_cast<int>(tasks.size()), std::move(builder.edges));
 }
 
 double Schedule::bytes() const
 {
-    return storageOf(branches) + storageOf(branchOf) + storageOf(tasks) + storageOf(waits) +
-           storageOf(start) + storageOf(next) + storageOf(contribution);
+    return storageOf(branches) + storageOf(branchOf) + storageOf(tasks) + graph.bytes() +
+           storageOf(contribution);
 }

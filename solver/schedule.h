@@ -5,6 +5,7 @@
 #pragma once
 
 #include "analysis.h"
+#include "task_graph.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -60,9 +61,7 @@ struct Schedule
     std::vector<std::vector<int>> children; // of the fronts above
     std::vector<int> branchOf;              // of each front; -1: one of those above
     std::vector<Task> tasks;                // each behind all that it waits for
-    std::vector<int> waits;                 // of each task: for how many
-    std::vector<std::int64_t> start;        // of each task: where those that wait for it start in `next`
-    std::vector<int> next;
+    TaskGraph graph;
     std::vector<std::int64_t> contribution; // of a front above, or a root of a branch: where its own lies
     std::int64_t contributions = 0;         // entries of all
     std::int64_t stack[2] = {0, 0};         // the most of all branches

@@ -33,46 +33,70 @@ void subtractRow(int width, const double* from, double* to)
 void Factor::solve(Vectors& x, bool transposed) const
 {
     const int width = x.columns == 1 ? 1 : (x.columns + columnGroup - 1) / columnGroup * columnGroup;
-    std::vector<double> y(static_cast<std::size_t>(analysis_.n) * width),
-        work(static_cast<std::size_t>(analysis_.largestFront) * width);
+    const std::int64_t step = width;
+    std::vector<double> y(step * analysis_.n), given(step * static_cast<std::int64_t>(pieces_.rows.size()));
     for (int j = 0; j < x.columns; ++j)
         for (int k = 0; k < x.n; ++k)
-            y[j + static_cast<std::size_t>(width) * k] = x.column(j)[analysis_.permutation[k]];
-    const bool upperFirst = transposed && !symmetric_, lowerLast = transposed || symmetric_;
-    for (auto f = analysis_.fronts.begin(); f != analysis_.fronts.end(); ++f) {
-        double* const own = y.data() + static_cast<std::int64_t>(width) * f->first;
-        upperFirst ? forwardByUpper(*f, width, own, work.data())
-                   : forwardByLower(*f, width, own, work.data());
-        subtractRows(*f, work.data(), width, y.data());
-    }
-    for (auto f = analysis_.fronts.rbegin(); f != analysis_.fronts.rend(); ++f) {
-        gather(*f, y.data(), width, work.data());
-        lowerLast ? backwardByLower(*f, width, work.data()) : backwardByUpper(*f, width, work.data());
-        std::copy_n(work.data(), static_cast<std::int64_t>(width) * f->pivots,
-                    y.data() + static_cast<std::int64_t>(width) * f->first);
-    }
+            y[j + step * k] = x.column(j)[analysis_.permutation[k]];
+    const int count = pieces_.up.count();
+    pieces_.up.execute(threads_,
+                       [&](int p) { forward(pieces_.pieces[p], width, transposed, y.data(), given.data()); });
+    pieces_.down.execute(
+        threads_, [&](int t) { backward(pieces_.pieces[count - 1 - t], width, transposed, y.data()); });
     for (int j = 0; j < x.columns; ++j)
         for (int k = 0; k < x.n; ++k)
-            x.column(j)[analysis_.permutation[k]] = y[j + static_cast<std::size_t>(width) * k];
+            x.column(j)[analysis_.permutation[k]] = y[j + step * k];
 }
 
-// V := the rows of Y that a front has; those of its pivots lie together
-void Factor::gather(const Front& f, const double* y, int width, double* v) const
+// `given`: what each piece takes from the rows outside of it.
+void Factor::forward(const Piece& piece, int width, bool transposed, double* y, double* given) const
 {
-    const int* rows = analysis_.rowsOf(f);
-    const std::int64_t step = width;
-    std::copy_n(y + step * f.first, step * f.pivots, v);
-    for (int i = f.pivots; i < f.order; ++i)
-        copyRow(width, y + step * rows[i], v + step * i);
+    const std::int64_t step = width, pivots = piece.end - piece.begin;
+    std::vector<double> v(step * (pivots + piece.count)), work(step * analysis_.largestFront);
+    std::copy_n(y + step * piece.begin, step * pivots, v.begin());
+    for (int c : piece.children) {
+        const Piece& child = pieces_.pieces[c];
+        for (std::int64_t i = child.outside; i < child.outside + child.count; ++i)
+            subtractRow(width, given + step * i, v.data() + step * pieces_.at[i]);
+    }
+    for (int f = piece.first; f <= piece.last; ++f) {
+        const Front& front = analysis_.fronts[f];
+        const int* rows = pieces_.local.data() + front.rows;
+        double* const own = v.data() + step * (front.first - piece.begin);
+        if (transposed && !symmetric_)
+            forwardByUpper(front, width, own, work.data());
+        else
+            forwardByLower(front, width, own, work.data());
+        for (int i = front.pivots; i < front.order; ++i)
+            subtractRow(width, work.data() + step * i, v.data() + step * rows[i]);
+    }
+    std::copy_n(v.begin(), step * pivots, y + step * piece.begin);
+    double* const out = given + step * piece.outside;
+    for (std::int64_t i = 0; i < step * piece.count; ++i)
+        out[i] = -v[step * pivots + i];
 }
 
-// Y := Y - W in the rows of a front that are not its pivots
-void Factor::subtractRows(const Front& f, const double* w, int width, double* y) const
+void Factor::backward(const Piece& piece, int width, bool transposed, double* y) const
 {
-    const int* rows = analysis_.rowsOf(f);
-    const std::int64_t step = width;
-    for (int i = f.pivots; i < f.order; ++i)
-        subtractRow(width, w + step * i, y + step * rows[i]);
+    const std::int64_t step = width, pivots = piece.end - piece.begin;
+    std::vector<double> v(step * (pivots + piece.count)), work(step * analysis_.largestFront);
+    std::copy_n(y + step * piece.begin, step * pivots, v.begin());
+    for (int i = 0; i < piece.count; ++i)
+        copyRow(width, y + step * pieces_.rows[piece.outside + i], v.data() + step * (pivots + i));
+    for (int f = piece.last; f >= piece.first; --f) {
+        const Front& front = analysis_.fronts[f];
+        const int* rows = pieces_.local.data() + front.rows;
+        double* const own = v.data() + step * (front.first - piece.begin);
+        std::copy_n(own, step * front.pivots, work.data());
+        for (int i = front.pivots; i < front.order; ++i)
+            copyRow(width, v.data() + step * rows[i], work.data() + step * i);
+        if (transposed || symmetric_)
+            backwardByLower(front, width, work.data());
+        else
+            backwardByUpper(front, width, work.data());
+        std::copy_n(work.data(), step * front.pivots, own);
+    }
+    std::copy_n(v.begin(), step * pivots, y + step * piece.begin);
 }
 
 // V := (L11*D)^-1 * V, W2 := (L21*D) * V

@@ -11,7 +11,8 @@ struct Planned
     Factor factor;
 
     explicit Planned(const SparseMatrix& a, int threads = 1)
-        : plan(a, Wishes(), patternDemands(a)), factor(plan.analysis, *plan.assembly, *plan.schedule, threads)
+        : plan(a, Wishes(), patternDemands(a)),
+          factor(plan.analysis, *plan.assembly, *plan.schedule, *plan.pieces, threads)
     {
     }
 };

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Which task waits for which, and their execution.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <utility>
+#include <vector>
+
+class TaskGraph
+{
+public:
+    TaskGraph() = default;
+    // Tasks 0 ... count - 1; of each pair the second waits for the first. In sequence each stands behind all
+    // that it waits for.
+    TaskGraph(int count, std::vector<std::pair<int, int>> edges);
+
+    // On `threads` threads of oneTBB, the calling one among them; on that alone, in sequence, where it is
+    // all. What a task throws ends the others that have not begun, and is thrown again when all have ended.
+    void execute(int threads, const std::function<void(int)>& task) const;
+
+    int count() const { return static_cast<int>(waits_.size()); }
+    double bytes() const;
+
+private:
+    friend class Run;
+    std::vector<int> waits_;          // of each task: for how many
+    std::vector<std::int64_t> start_; // of each task: where those that wait for it start in next_
+    std::vector<int> next_;
+};
