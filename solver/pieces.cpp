@@ -14,7 +14,7 @@ Pieces::Pieces(const Analysis& analysis, const Schedule& schedule)
         if (branch >= 0 && f != schedule.branches[branch].last)
             continue;
         const Front& front = analysis.fronts[f];
-        pieces.push_back({first, f, analysis.fronts[first].first, front.first + front.pivots, 0, 0, {}});
+        pieces.push_back({first, f, analysis.fronts[first].first, front.first + front.pivots, 0, 0, 0, {}});
         first = f + 1;
     }
 
@@ -26,6 +26,7 @@ Pieces::Pieces(const Analysis& analysis, const Schedule& schedule)
         for (int f = piece.first; f <= piece.last; ++f) {
             const Front& front = analysis.fronts[f];
             const int* own = analysis.rowsOf(front);
+            piece.largestFront = std::max(piece.largestFront, front.order);
             if (front.parent < 0 || front.parent > piece.last)
                 rows.insert(rows.end(), own + front.pivots, own + front.order);
         }

@@ -16,6 +16,7 @@ struct Piece
     int begin, end;            // pivots
     std::int64_t outside;      // where the rows outside start in Pieces::rows, and what they get in all such
     int count;                 // of those
+    int largestFront;          // its order
     std::vector<int> children; // pieces
 };
 

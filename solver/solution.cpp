@@ -52,25 +52,29 @@ void Factor::solve(Vectors& x, bool transposed) const
 void Factor::forward(const Piece& piece, int width, bool transposed, double* y, double* given) const
 {
     const std::int64_t step = width, pivots = piece.end - piece.begin;
-    std::vector<double> v(step * (pivots + piece.count)), work(step * analysis_.largestFront);
-    std::copy_n(y + step * piece.begin, step * pivots, v.begin());
+    std::vector<double> room(piece.count > 0 ? step * (pivots + piece.count) : 0),
+        work(step * piece.largestFront);
+    double* const v = piece.count > 0 ? room.data() : y + step * piece.begin;
+    if (piece.count > 0)
+        std::copy_n(y + step * piece.begin, step * pivots, v);
     for (int c : piece.children) {
         const Piece& child = pieces_.pieces[c];
         for (std::int64_t i = child.outside; i < child.outside + child.count; ++i)
-            subtractRow(width, given + step * i, v.data() + step * pieces_.at[i]);
+            subtractRow(width, given + step * i, v + step * pieces_.at[i]);
     }
     for (int f = piece.first; f <= piece.last; ++f) {
         const Front& front = analysis_.fronts[f];
         const int* rows = pieces_.local.data() + front.rows;
-        double* const own = v.data() + step * (front.first - piece.begin);
+        double* const own = v + step * (front.first - piece.begin);
         if (transposed && !symmetric_)
             forwardByUpper(front, width, own, work.data());
         else
             forwardByLower(front, width, own, work.data());
         for (int i = front.pivots; i < front.order; ++i)
-            subtractRow(width, work.data() + step * i, v.data() + step * rows[i]);
+            subtractRow(width, work.data() + step * i, v + step * rows[i]);
     }
-    std::copy_n(v.begin(), step * pivots, y + step * piece.begin);
+    if (piece.count > 0)
+        std::copy_n(v, step * pivots, y + step * piece.begin);
     double* const out = given + step * piece.outside;
     for (std::int64_t i = 0; i < step * piece.count; ++i)
         out[i] = -v[step * pivots + i];
@@ -79,24 +83,28 @@ void Factor::forward(const Piece& piece, int width, bool transposed, double* y, 
 void Factor::backward(const Piece& piece, int width, bool transposed, double* y) const
 {
     const std::int64_t step = width, pivots = piece.end - piece.begin;
-    std::vector<double> v(step * (pivots + piece.count)), work(step * analysis_.largestFront);
-    std::copy_n(y + step * piece.begin, step * pivots, v.begin());
+    std::vector<double> room(piece.count > 0 ? step * (pivots + piece.count) : 0),
+        work(step * piece.largestFront);
+    double* const v = piece.count > 0 ? room.data() : y + step * piece.begin;
+    if (piece.count > 0)
+        std::copy_n(y + step * piece.begin, step * pivots, v);
     for (int i = 0; i < piece.count; ++i)
-        copyRow(width, y + step * pieces_.rows[piece.outside + i], v.data() + step * (pivots + i));
+        copyRow(width, y + step * pieces_.rows[piece.outside + i], v + step * (pivots + i));
     for (int f = piece.last; f >= piece.first; --f) {
         const Front& front = analysis_.fronts[f];
         const int* rows = pieces_.local.data() + front.rows;
-        double* const own = v.data() + step * (front.first - piece.begin);
+        double* const own = v + step * (front.first - piece.begin);
         std::copy_n(own, step * front.pivots, work.data());
         for (int i = front.pivots; i < front.order; ++i)
-            copyRow(width, v.data() + step * rows[i], work.data() + step * i);
+            copyRow(width, v + step * rows[i], work.data() + step * i);
         if (transposed || symmetric_)
             backwardByLower(front, width, work.data());
         else
             backwardByUpper(front, width, work.data());
         std::copy_n(work.data(), step * front.pivots, own);
     }
-    std::copy_n(v.begin(), step * pivots, y + step * piece.begin);
+    if (piece.count > 0)
+        std::copy_n(v, step * pivots, y + step * piece.begin);
 }
 
 // V := (L11*D)^-1 * V, W2 := (L21*D) * V
