@@ -45,6 +45,7 @@ public:
     int negative() const { return negative_; }
     int treated() const { return static_cast<int>(treated_.size()); }
     const std::vector<TreatedPivot>& treatedPivots() const { return treated_; }
+    double smallestPivot() const; // by magnitude; n > 0
 
     // Pivots in the order of elimination; the Schur complement of the unknowns that the analysis keeps, of
     // their order, by columns: of a symmetric matrix the lower triangle.
@@ -68,12 +69,14 @@ private:
         std::vector<int> waiting[2];
     };
 
+    class Seat; // of a thread at a bench
     struct Desk;
 
     FrontStorage storage(int front, double* schur) const;
     Pivots pivotsFrom(int k);
     void assemble(int front, int begin, int end, const double* value, const FrontStorage& storage) const;
-    double eliminateBranch(const Branch& branch, const double* value, const PivotRule& rule);
+    void eliminateBranch(const Branch& branch, const double* value, const PivotRule& rule,
+                         const Progress& add);
     double doTile(const Task& task, const double* value, const PivotRule& rule);
     void forward(const Piece& piece, int width, bool transposed, double* y, double* given) const;
     void backward(const Piece& piece, int width, bool transposed, double* y) const;
