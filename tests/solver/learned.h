@@ -17,17 +17,19 @@ struct Destroy
 };
 using Handle = std::unique_ptr<bla_solver, Destroy>;
 
-// How tiny pivots are treated: left to the solver, replaced below a tolerance, or moved away from zero.
+// How tiny pivots are treated: left to the solver, replaced below a tolerance (and the factor kept, because
+// there are unknowns that are), or moved away from zero.
 struct Treatment
 {
     const char* name;
     double tolerance, shift;
+    bool keeping;
 };
 constexpr Treatment treatments[] = {
-    {"as they come", 1e-14, 0.0}, {"replaced", 0.3, 0.0}, {"shifted", 0.3, 0.6}};
+    {"as they come", 1e-14, 0.0, false}, {"replaced", 0.3, 0.0, true}, {"shifted", 0.3, 0.6, false}};
 
-// Pivots or their number, what was replaced, and solutions of one and of eight right-hand sides, forward and
-// transposed. Everything is done on so many threads.
+// Pivots or their number, what was treated, the Schur complement, and solutions of one and of eight
+// right-hand sides, forward and transposed. Everything is done on so many threads.
 inline std::vector<double> learned(const Cube& a, bool symmetric, int threads,
                                    const Treatment& treatment = treatments[0])
 {
@@ -38,6 +40,10 @@ inline std::vector<double> learned(const Cube& a, bool symmetric, int threads,
     done(bla_solver_set(made, "threads", threads));
     done(bla_solver_set(made, "tolerance", treatment.tolerance));
     done(bla_solver_set(made, "shift", treatment.shift));
+    std::vector<std::int32_t> kept;
+    for (int i = 0; treatment.keeping && i < a.n; i += a.n / 40)
+        kept.push_back(i);
+    done(bla_solver_set_schur(made, static_cast<int>(kept.size()), kept.data()));
     done(bla_solver_analyse(made, symmetric ? BLA_SOLVER_SYMMETRIC_LOWER : BLA_SOLVER_GENERAL, a.n,
                             a.start.data(), a.column.data()));
     done(bla_solver_factorise(made, a.value.data()));
@@ -50,6 +56,12 @@ inline std::vector<double> learned(const Cube& a, bool symmetric, int threads,
     if (symmetric) {
         all.resize(all.size() + a.n);
         done(bla_solver_pivots(made, all.data() + all.size() - a.n));
+    }
+    if (!kept.empty()) {
+        const std::size_t entries = kept.size() * kept.size();
+        all.resize(all.size() + entries);
+        done(bla_solver_schur(made, all.data() + all.size() - entries,
+                              static_cast<std::int64_t>(kept.size())));
     }
     for (int columns : {1, 8})
         for (int transposed : {0, 1}) {
