@@ -54,6 +54,7 @@ struct AnalysisOptions
     const std::int32_t* order = nullptr;
     // Unknowns that are eliminated last, in a front of their own.
     std::vector<std::int32_t> kept;
+    int threads = 1; // for orders made beside each other
 };
 
 // Unknowns marked in `late` (which may be empty) are eliminated after all their neighbours that are not:

@@ -2,6 +2,7 @@
 #include "factor.h"
 
 #include <algorithm>
+#include <thread>
 
 Factor::Factor(const Analysis& analysis, const Assembly& assembly, const Schedule& schedule,
                const Pieces& pieces, int threads)
@@ -53,7 +54,8 @@ void Factor::factorise(const double* value, const PivotRule& rule, const Progres
         std::fill(shift_.begin(), shift_.end(), rule.shift);
     }
 
-    std::mutex telling;
+    const std::thread::id caller = std::this_thread::get_id();
+    std::mutex counting;
     double done = 0.0;
     schedule_.graph.execute(threads_, [&](int t) {
         const Task& task = schedule_.tasks[t];
@@ -62,10 +64,15 @@ void Factor::factorise(const double* value, const PivotRule& rule, const Progres
             flops = eliminateBranch(schedule_.branches[task.front], value, rule);
         else
             flops = doTile(task, value, rule);
-        if (progress && flops > 0.0) {
-            const std::lock_guard<std::mutex> lock(telling);
-            progress(std::min((done += flops) / std::max(analysis_.flops, 1.0), 1.0));
+        if (!progress || flops == 0.0)
+            return;
+        double share;
+        {
+            const std::lock_guard<std::mutex> lock(counting);
+            share = (done += flops) / std::max(this->flops(), 1.0);
         }
+        if (std::this_thread::get_id() == caller)
+            progress(std::min(share, 1.0));
     });
     countPivots(rule.shift > 0.0);
 }
@@ -132,7 +139,7 @@ double Factor::eliminateBranch(const Branch& branch, const double* value, const 
             used[parity] += static_cast<std::int64_t>(front.rest()) * front.rest();
             bench->waiting[parity].push_back(f);
         }
-        flops += front.flops();
+        flops += symmetric_ ? front.flops() : 2.0 * front.flops();
     }
     const std::lock_guard<std::mutex> lock(benchesInUse_);
     idle_.push_back(bench);
@@ -152,13 +159,14 @@ void Factor::assemble(int f, int begin, int end, const double* value, const Fron
     assembly_.addEntries(f, begin, end, value, front);
 }
 
-// Returns the flops of a front when all of it is done.
+// Returns the flops, but for terms of lower order.
 double Factor::doTile(const Task& task, const double* value, const PivotRule& rule)
 {
     const Front& front = analysis_.fronts[task.front];
     const Tiling tiling = tilingOf(front, schedule_.cuts);
     const FrontStorage own = storage(task.front, contributions_.get() + schedule_.contribution[task.front]);
     const auto width = [&](int t) { return tiling.end(t) - tiling.begin(t); };
+    const auto products = [&](int a, int b, int c) { return 1.0 * width(a) * width(b) * width(c); };
     struct Tile
     {
         double* data;
@@ -196,15 +204,15 @@ double Factor::doTile(const Task& task, const double* value, const PivotRule& ru
     case Task::Kind::eliminate:
         eliminatePivots(rule, symmetric_, width(k), tile(k, k).data, front.order,
                         pivotsFrom(front.first + tiling.begin(k)));
-        return 0.0;
+        return products(k, k, k) * (symmetric_ ? 1.0 : 2.0) / 3.0;
     case Task::Kind::lower:
         solveLower(rule, symmetric_, width(task.i), width(k), tile(k, k).data, front.order,
                    tile(task.i, k).data, front.order, dinv_.data() + front.first + tiling.begin(k));
-        return 0.0;
+        return products(task.i, k, k);
     case Task::Kind::upper:
         solveUpper(width(task.j), width(k), tile(k, k).data, front.order, tile(k, task.j).data,
                    tile(k, task.j).ld);
-        return 0.0;
+        return products(k, k, task.j);
     case Task::Kind::update: {
         const Tile c = tile(task.i, task.j);
         if (symmetric_)
@@ -214,10 +222,9 @@ double Factor::doTile(const Task& task, const double* value, const PivotRule& ru
         else
             updateUnsymmetric(width(task.i), width(task.j), width(k), tile(task.i, k).data, front.order,
                               tile(k, task.j).data, tile(k, task.j).ld, 1.0, c.data, c.ld);
-        return 0.0;
+        return products(task.i, task.j, k) * (symmetric_ && task.i == task.j ? 1.0 : 2.0);
     }
     case Task::Kind::finish:
-        return front.flops();
     case Task::Kind::branch:
         break;
     }

@@ -13,7 +13,8 @@
 #include <mutex>
 #include <vector>
 
-// Called now and then with the share of the work that is done. May throw, which leaves the factor unusable.
+// Called now and then with the share of the work that is done, on the thread that factorises. May throw,
+// which leaves the factor unusable.
 using Progress = std::function<void(double)>;
 
 // A tiny pivot that was replaced or shifted. What was factorised is A with `shift` added to the diagonal
@@ -37,7 +38,7 @@ public:
     void factorise(const double* value, const PivotRule& rule, const Progress& progress);
 
     // X := A^-1 * X, or A^-T * X
-    void solve(Vectors& x, bool transposed = false) const;
+    void solve(Vectors& x, bool transposed = false, int threads = 1) const;
 
     // Signs of the pivots that were used as they came, and those that were not.
     int positive() const { return positive_; }
@@ -66,6 +67,8 @@ private:
         Workspace stack[2];
         std::vector<int> waiting[2];
     };
+
+    struct Desk;
 
     FrontStorage storage(int front, double* schur) const;
     Pivots pivotsFrom(int k);

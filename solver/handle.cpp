@@ -63,7 +63,7 @@ void bla_solver::analyse(Kind kind, int n, const std::int64_t* start, const int*
 {
     Stopwatch watch;
     report("analysing", 0.0);
-    Wishes asked{static_cast<Ordering>(static_cast<int>(options.ordering)), {}, kept};
+    Wishes asked{static_cast<Ordering>(static_cast<int>(options.ordering)), {}, kept, threads()};
     if (asked.ordering == Ordering::given)
         asked.order = order;
     checkWishes(asked, n);
@@ -181,8 +181,8 @@ void bla_solver::factoriseWell(Factor& factor, const double* value, Numbers& mad
     const bool definite = n() == 0 || (symmetric && factor.negative() == 0 && factor.treated() == 0);
     if (definite || options.shift > 0.0 || !wishes.kept.empty())
         return;
-    const Factorised inverse{[&](Vectors& x) { factor.solve(x); }, [&](Vectors& x) { factor.solve(x, true); },
-                             true};
+    const Factorised inverse{[&](Vectors& x) { factor.solve(x, false, threads()); },
+                             [&](Vectors& x) { factor.solve(x, true, threads()); }, true};
     try {
         if (a.n == 0)
             a = made.equilibrated.applied(rows->matrix(value));
@@ -203,13 +203,13 @@ void bla_solver::factoriseWell(Factor& factor, const double* value, Numbers& mad
         run(asked, "factorising again");
 }
 
-void bla_solver::apply(Vectors& x, bool transposed) const
+void bla_solver::apply(Vectors& x, bool transposed, int threads) const
 {
     if (transposed)
         numbers->equilibrated.enterTransposed(x);
     else
         numbers->equilibrated.enter(x);
-    numbers->factor->solve(x, transposed);
+    numbers->factor->solve(x, transposed, threads);
     if (transposed)
         numbers->equilibrated.leaveTransposed(x);
     else
@@ -220,12 +220,18 @@ void bla_solver::solve(bool transposed, int columns, double* b, std::int64_t ldb
 {
     Stopwatch watch;
     const OneBlasThread beneath;
-    for (int j = 0; j < columns && n() > 0; j += blockColumns) { // of nothing, b may be missing
-        report("solving", static_cast<double>(j) / columns);
+    const std::thread::id caller = std::this_thread::get_id();
+    // Of nothing, b may be missing.
+    const int blocks = n() == 0 ? 0 : (columns + blockColumns - 1) / blockColumns;
+    const int together = std::clamp(blocks, 1, threads());
+    TaskGraph(blocks, {}).execute(together, [&](int block) {
+        const int j = blockColumns * block;
+        if (std::this_thread::get_id() == caller)
+            report("solving", static_cast<double>(j) / columns);
         Vectors x = copied(b + ldb * j, ldb, n(), std::min(blockColumns, columns - j));
-        apply(x, transposed);
+        apply(x, transposed, threads() / together);
         copyBack(x, b + ldb * j, ldb);
-    }
+    });
     numbers->secondsSolve = watch.lap();
 }
 
@@ -243,15 +249,16 @@ void bla_solver::refine(const double* value, int columns, const double* b, std::
     worst.unknowns = numbers->unheld.unknowns;
     const int steps = static_cast<int>(options.refinements);
     const SparseMatrix a = rows->matrix(value), scaled = numbers->equilibrated.applied(a);
-    const Factorised factorised{[&](Vectors& v) { numbers->factor->solve(v); },
-                                [&](Vectors& v) { numbers->factor->solve(v, true); }, worst.treated > 0};
+    const Factorised factorised{[&](Vectors& v) { numbers->factor->solve(v, false, threads()); },
+                                [&](Vectors& v) { numbers->factor->solve(v, true, threads()); },
+                                worst.treated > 0};
     for (int j = 0; j < columns && n() > 0; j += blockColumns) {
         report("refining", static_cast<double>(j) / columns);
         const int width = std::min(blockColumns, columns - j);
         Vectors right = copied(b + ldb * j, ldb, n(), width);
-        Refined refined =
-            refineFrom(a, right, copied(x + ldx * j, ldx, n(), width), [&](Vectors& v) { apply(v, false); },
-                       {steps, steps > 0 && worst.motions == 0 ? cycles : 0});
+        Refined refined = refineFrom(a, right, copied(x + ldx * j, ldx, n(), width),
+                                     [&](Vectors& v) { apply(v, false, threads()); },
+                                     {steps, steps > 0 && worst.motions == 0 ? cycles : 0});
         copyBack(refined.x, x + ldx * j, ldx);
         // In the equilibrated system, where neither A^-1 nor its products overflow; the error is that of x.
         numbers->equilibrated.enter(right);

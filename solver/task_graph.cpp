@@ -24,10 +24,12 @@ public:
 
     void begin()
     {
-        // The last one begun is the first one done by this thread.
-        for (std::size_t t = waits_.size(); t-- > 0;)
-            if (graph_.waits_[t] == 0)
-                spawn(static_cast<int>(t));
+        attempt([this] {
+            // The last one begun is the first one done by this thread.
+            for (std::size_t t = waits_.size(); t-- > 0;)
+                if (graph_.waits_[t] == 0)
+                    spawn(static_cast<int>(t));
+        });
         group_.wait();
         if (failure_)
             std::rethrow_exception(failure_);
@@ -43,16 +45,24 @@ private:
     {
         if (failed_.load(std::memory_order_acquire))
             return;
-        try {
+        attempt([this, t] {
             task_(t);
+            for (std::int64_t e = graph_.start_[t + 1]; e-- > graph_.start_[t];)
+                if (waits_[graph_.next_[e]].fetch_sub(1, std::memory_order_acq_rel) == 1)
+                    spawn(graph_.next_[e]);
+        });
+    }
+
+    // The first failure is kept, and nothing is begun after it. The runtime's own want of memory is one too.
+    template <class Work>
+    void attempt(Work work)
+    {
+        try {
+            work();
         } catch (...) {
             if (!failed_.exchange(true))
                 failure_ = std::current_exception();
-            return;
         }
-        for (std::int64_t e = graph_.start_[t + 1]; e-- > graph_.start_[t];)
-            if (waits_[graph_.next_[e]].fetch_sub(1, std::memory_order_acq_rel) == 1)
-                spawn(graph_.next_[e]);
     }
 
     const TaskGraph& graph_;
