@@ -168,24 +168,6 @@ void listRows(const Graph& graph, const Supernodes& nodes, Analysis& result)
     }
 }
 
-// Contributions are stacked, one stack for even depths and one for odd: those of a front's children lie on
-// top of the other stack, so that its own can be put down before they are taken away.
-void measureStacks(Analysis& result)
-{
-    std::int64_t used[2] = {0, 0};
-    std::vector<std::int64_t> children(result.fronts.size(), 0);
-    for (std::size_t f = 0; f < result.fronts.size(); ++f) {
-        const Front& front = result.fronts[f];
-        const int parity = front.depth % 2;
-        const std::int64_t size = static_cast<std::int64_t>(front.rest()) * front.rest();
-        used[parity] += size;
-        result.stack[parity] = std::max(result.stack[parity], used[parity]);
-        used[1 - parity] -= children[f];
-        if (front.parent >= 0)
-            children[front.parent] += size;
-    }
-}
-
 } // namespace
 
 // A pivot with m rows below it: m multipliers, and m(m + 1)/2 entries updated by a product and a difference.
@@ -212,7 +194,6 @@ Analysis analyse(const Pattern& pattern, const std::vector<char>& late, const An
     numberUnknowns(chosen.graph, nodes.vertex, result);
     layOut(nodes, result);
     listRows(chosen.graph, nodes, result);
-    measureStacks(result);
     if (chosen.graph.kept >= 0) // the last that is eliminated
         result.kept = static_cast<int>(result.fronts.size()) - 1;
     return result;

@@ -41,7 +41,6 @@ struct Analysis
     std::int64_t panelEntries = 0, rightEntries = 0; // storage of the factor
     std::int64_t lowerEntries = 0;                   // entries of L on and below the diagonal
     double flops = 0.0;                              // of the symmetric factorisation
-    std::int64_t stack[2] = {0, 0};                  // contributions alive at once, by parity of depth
 
     double bytes() const;
     const int* rowsOf(const Front& f) const { return rows.data() + f.rows; }

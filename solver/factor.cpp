@@ -180,7 +180,7 @@ void Factor::assemble(int f, int begin, int end, const double* value, const Fron
 double Factor::doTile(const Task& task, const double* value, const PivotRule& rule)
 {
     const Front& front = analysis_.fronts[task.front];
-    const Tiling tiling = tilingOf(front);
+    const Tiling tiling = tilingOf(front, schedule_.cuts);
     const FrontStorage own = storage(task.front, contributions_.get() + schedule_.contribution[task.front]);
     const auto width = [&](int t) { return tiling.end(t) - tiling.begin(t); };
     const auto products = [&](int a, int b, int c) { return 1.0 * width(a) * width(b) * width(c); };

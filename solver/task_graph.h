@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -20,6 +21,11 @@ public:
     void execute(int threads, const std::function<void(int)>& task) const;
 
     int count() const { return static_cast<int>(waits_.size()); }
+    // Those that wait for task t.
+    std::span<const int> next(int t) const
+    {
+        return {next_.data() + start_[t], next_.data() + start_[t + 1]};
+    }
     double bytes() const;
 
 private:
