@@ -53,6 +53,8 @@ struct Answer
     double backwardError = 0.0, condition = 0.0, seconds = 0.0;
 };
 
+struct bla_solver_task;
+
 struct bla_solver
 {
     void analyse(Kind kind, int n, const std::int64_t* start, const int* column);
