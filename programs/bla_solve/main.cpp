@@ -195,13 +195,13 @@ void reportTime(Report& report, const Options& options, const Library& library, 
 // false where the trace could not be written
 bool reportTasks(Report& report, const Tasks& tasks, const Options& options)
 {
-    reportTasks(report, tasks, options.simulate);
-    if (options.trace.empty())
-        return true;
-    if (!written([&] { writeTrace(options.trace, tasks); }))
-        return false;
-    report.add("trace_file", "written to", options.trace);
-    return true;
+    reportTasks(report, tasks);
+    const bool there = options.trace.empty() || written([&] { writeTrace(options.trace, tasks); });
+    if (there && !options.trace.empty())
+        report.add("trace_file", "written to", options.trace);
+    if (!options.simulate.empty())
+        reportSimulation(report, tasks, options.simulate);
+    return there;
 }
 
 void reportAnswer(Report& report, const Library& library, const Problem& problem, const Block& x)

@@ -15,6 +15,14 @@ std::string text(const char* pattern, double a, double b = 0.0, double c = 0.0)
     return buffer;
 }
 
+Simulation simulated(const Tasks& tasks)
+{
+    std::vector<double> seconds;
+    for (const bla_solver_task& task : tasks.task)
+        seconds.push_back(task.end - task.begin);
+    return Simulation(std::move(seconds), tasks.start, tasks.next);
+}
+
 // "eliminate 61 %, lower 30 %": of the seconds on the critical path, in the sequence of their sizes.
 std::string shares(const Tasks& tasks, const Simulation& simulation)
 {
@@ -37,16 +45,14 @@ std::string shares(const Tasks& tasks, const Simulation& simulation)
 
 } // namespace
 
-void reportTasks(Report& report, const Tasks& tasks, const std::vector<int>& workers)
+void reportTasks(Report& report, const Tasks& tasks)
 {
-    std::vector<double> seconds;
     double begin = tasks.task.empty() ? 0.0 : tasks.task[0].begin, end = begin;
     for (const bla_solver_task& task : tasks.task) {
-        seconds.push_back(task.end - task.begin);
         begin = std::min(begin, task.begin);
         end = std::max(end, task.end);
     }
-    const Simulation simulation(std::move(seconds), tasks.start, tasks.next);
+    const Simulation simulation = simulated(tasks);
     const double sum = simulation.sum(), critical = simulation.criticalSeconds();
 
     report.heading("Tasks of the factorisation");
@@ -58,8 +64,12 @@ void reportTasks(Report& report, const Tasks& tasks, const std::vector<int>& wor
     report.line("first begin to last end", text("%8.3f s", end - begin));
     report.add("critical_path_seconds", "", critical);
     report.line("critical path", text("%8.3f s  ", critical) + shares(tasks, simulation));
-    if (workers.empty())
-        return;
+}
+
+void reportSimulation(Report& report, const Tasks& tasks, const std::vector<int>& workers)
+{
+    const Simulation simulation = simulated(tasks);
+    const double sum = simulation.sum();
     report.heading("The same tasks on other numbers of workers, simulated");
     report.line("workers", "   seconds   speedup  efficiency");
     for (int count : workers) {

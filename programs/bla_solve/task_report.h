@@ -7,5 +7,8 @@
 
 #include <vector>
 
-// How long they took, and would take on each of these numbers of workers.
-void reportTasks(Report& report, const Tasks& tasks, const std::vector<int>& workers);
+// How many there are and how long they took.
+void reportTasks(Report& report, const Tasks& tasks);
+
+// How long they would take on each of these numbers of workers.
+void reportSimulation(Report& report, const Tasks& tasks, const std::vector<int>& workers);

@@ -90,8 +90,7 @@ MUTATIONS = [
     ("workers may be none", PROGRAM + "options.cpp", "rest.substr(0, rest.find(',')), 1, 1000000)",
      "rest.substr(0, rest.find(',')), 0, 1000000)", TASKS),
     ("a trace may overwrite the matrix", MAIN, '{"--trace", options.trace},', '{"--trace", ""},', TASKS),
-    ("a lost trace is no failure", MAIN, "written([&] { writeTrace(options.trace, tasks); }))\n        return false;",
-     "written([&] { writeTrace(options.trace, tasks); }))\n        return true;", TASKS),
+    ("a lost trace is no failure", MAIN, "    return there;", "    return true;", TASKS),
     ("the peak is in kilobytes", MAIN, "std::int64_t{usage.ru_maxrss} * 1024", "std::int64_t{usage.ru_maxrss}", TASKS),
     ("run.sh builds in silence", "run.sh", "(once; a few minutes) ...\" >&2", "(once; a few minutes) ...\" >/dev/null", OUTPUTS),
 ]

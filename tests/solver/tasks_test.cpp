@@ -225,7 +225,7 @@ TEST(Tasks, AreThoseOfTheLastElimination)
     {
         bool slept = false, shifted = false;
     } told;
-    constexpr double nap = 1.0;
+    static constexpr double nap = 1.0;
     const auto monitor = [](void* context, const char* phase, double share) {
         Told& t = *static_cast<Told*>(context);
         t.shifted |= std::string(phase) == "factorising with shifted pivots";
