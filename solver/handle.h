@@ -4,6 +4,7 @@
 // handle as it was.
 #pragma once
 
+#include "TOVBlaSolver.h"
 #include "factor.h"
 #include "options.h"
 #include "plan.h"
@@ -52,8 +53,6 @@ struct Answer
     int steps = 0;
     double backwardError = 0.0, condition = 0.0, seconds = 0.0;
 };
-
-struct bla_solver_task;
 
 struct bla_solver
 {
