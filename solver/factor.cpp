@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "factor.h"
 
+#include "stopwatch.h"
+
 #include <algorithm>
 #include <cmath>
 #include <thread>
@@ -41,8 +43,9 @@ double Factor::bytes(const Analysis& analysis, const Schedule& schedule, bool sy
            2 * benches * sizeof(int) * static_cast<double>(analysis.fronts.size());
 }
 
-void Factor::factorise(const double* value, const PivotRule& rule, const Progress& progress)
+void Factor::factorise(const double* value, const PivotRule& rule, const Progress& progress, TaskTime* times)
 {
+    const Stopwatch watch;
     // A tiny pivot keeps the side of zero on which its diagonal entry lay; one that started at zero goes
     // below, where the Schur complements of saddle-point systems are.
     for (int k = 0; k < analysis_.n; ++k) {
@@ -71,10 +74,13 @@ void Factor::factorise(const double* value, const PivotRule& rule, const Progres
     };
     schedule_.graph.execute(threads_, [&](int t) {
         const Task& task = schedule_.tasks[t];
+        const double begin = times ? watch.seconds() : 0.0;
         if (task.kind == Task::Kind::branch)
             eliminateBranch(schedule_.branches[task.front], value, rule, add);
         else
             add(doTile(task, value, rule));
+        if (times)
+            times[t] = {schedule_.graph.thread(threads_), begin, watch.seconds()};
     });
     countPivots(rule.shift > 0.0);
 }

@@ -25,6 +25,13 @@ struct TreatedPivot
     double shift;
 };
 
+// When a task of the schedule ran, in seconds since the begin of the factorisation, and on which thread.
+struct TaskTime
+{
+    int thread;
+    double begin, end;
+};
+
 class Factor
 {
 public:
@@ -33,9 +40,10 @@ public:
            int threads);
 
     // `value` are the entries in the sequence of the pattern of the assembly, of a symmetric matrix those
-    // with column <= row. May be called again, for other
-    // values or another rule; throws nothing but what `progress` does.
-    void factorise(const double* value, const PivotRule& rule, const Progress& progress);
+    // with column <= row. May be called again, for other values or another rule; throws nothing but what
+    // `progress` does. `times`: of every task; null: not wanted.
+    void factorise(const double* value, const PivotRule& rule, const Progress& progress,
+                   TaskTime* times = nullptr);
 
     // X := A^-1 * X, or A^-T * X
     void solve(Vectors& x, bool transposed = false, int threads = 1) const;

@@ -112,6 +112,8 @@ void bla_solver::factorise(const double* value)
         made->factor =
             std::make_unique<Factor>(used.analysis, *used.assembly, *used.schedule, *used.pieces, threads());
     made->replaced.reserve(rows->pattern().n);
+    if (options.record > 0.0)
+        made->times.emplace(used.schedule->tasks.size());
 
     factoriseWell(inPlace ? *numbers->factor : *made->factor, value, *made);
 
@@ -142,7 +144,9 @@ double bla_solver::bytes(const Plan& used) const
     const double vectors =
         3 * sizeof(double) + 2 * sizeof(int); // its pointers, factors and exchanges; replaced
     const double trial = used.symmetric() ? 0.0 : 8 * sizeof(double); // solutions that try the factor
-    return rows->bytes() + used.bytes() +
+    const double times =
+        options.record > 0.0 ? sizeof(TaskTime) * static_cast<double>(used.schedule->tasks.size()) : 0.0;
+    return rows->bytes() + used.bytes() + times +
            Factor::bytes(used.analysis, *used.schedule, used.symmetric(), threads()) + scaled +
            (vectors + trial) * n();
 }
@@ -177,7 +181,8 @@ void bla_solver::factoriseWell(Factor& factor, const double* value, Numbers& mad
     const PivotRule asked{options.tolerance, options.shift, width},
         shifting{shiftTolerance, pivotShift, width};
     const auto run = [&](const PivotRule& rule, const char* phase) {
-        factor.factorise(used, rule, monitor ? [&](double share) { report(phase, share); } : Progress());
+        factor.factorise(used, rule, monitor ? [&](double share) { report(phase, share); } : Progress(),
+                         made.times ? made.times->data() : nullptr);
         made.shifted = rule.shift > 0.0;
     };
     run(asked, "factorising");

@@ -88,7 +88,7 @@ TaskGraph::TaskGraph(int count, std::vector<std::pair<int, int>> edges)
 
 void TaskGraph::execute(int threads, const std::function<void(int)>& task) const
 {
-    if (threads == 1 || count() < 2) {
+    if (inSequence(threads)) {
         for (int t = 0; t < count(); ++t)
             task(t);
         return;
@@ -97,6 +97,11 @@ void TaskGraph::execute(int threads, const std::function<void(int)>& task) const
     const tbb::global_control allowed(tbb::global_control::max_allowed_parallelism, threads);
     tbb::task_arena arena(threads);
     arena.execute([&] { Run(*this, task).begin(); });
+}
+
+int TaskGraph::thread(int threads) const
+{
+    return inSequence(threads) ? 0 : tbb::this_task_arena::current_thread_index();
 }
 
 double TaskGraph::bytes() const

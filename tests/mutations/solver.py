@@ -159,6 +159,17 @@ MUTATIONS = [
     ("a bound is a thousandth", SOLVER + "bounds.cpp", "return std::isfinite(bound) ? bound : HUGE_VAL;",
      "return std::isfinite(bound) ? 1e-3 * bound : HUGE_VAL;", ROOMS),
     ("the number of BLAS threads stays", SOLVER + "handle.cpp", "            blaC_set_num_threads(before_);", "            (void)0;", INTERFACE),
+    # recorded tasks
+    ("a task ends before its work", SOLVER + "factor.cpp", "schedule_.graph.thread(threads_), begin, watch.seconds()}",
+     "schedule_.graph.thread(threads_), begin, begin}", ("tests/solve/test_tasks.py",)),
+    ("all tasks ran on the first thread", SOLVER + "task_graph.cpp", ": tbb::this_task_arena::current_thread_index();", ": 0;",
+     INTERFACE),
+    ("the times are those of the first elimination", SOLVER + "handle.cpp", "made.times ? made.times->data()",
+     "made.times && rule.shift == 0.0 ? made.times->data()", INTERFACE),
+    ("a branch is known by its number", SOLVER + "recorded_tasks.cpp", "tasks[t].front = branch.last;", "", INTERFACE),
+    ("times are told that were not taken", SOLVER + "handle.cpp", "if (options.record > 0.0)", "if (options.record >= 0.0)", INTERFACE),
+    ("the memory of the times is not announced", SOLVER + "handle.cpp", "used.bytes() + times +", "used.bytes() + 0.0 * times +",
+     INTERFACE),
     # memory
     ("the lists of entries are not announced", SOLVER + "plan.cpp", " + analysis.bytes() + assembly->bytes();", " + analysis.bytes();",
      MEMORY),
