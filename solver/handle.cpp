@@ -133,6 +133,9 @@ void bla_solver::factorise(const double* value)
 
 int bla_solver::threads() const
 {
+    static const bool callers = blasTakesCallers();
+    if (!callers)
+        return 1;
     return options.threads > 0.0 ? static_cast<int>(options.threads)
                                  : static_cast<int>(std::max(std::thread::hardware_concurrency(), 1u));
 }

@@ -5,6 +5,9 @@
 
 #include <TOVBlaModule.h>
 
+#include <cstdlib>
+#include <cstring>
+
 namespace {
 
 // Cut as for callers: the fronts above are of several tiles, in pivots and in what stays.
@@ -32,6 +35,23 @@ void expectTheBitsOfOneThread(bool symmetric)
 TEST(Bits, OfASymmetricMatrixAreThoseOfOneThread)
 {
     expectTheBitsOfOneThread(true);
+}
+
+TEST(Threads, AreUsedWhereTheBlasTakesSeveralCallers)
+{
+    const char* const blas = std::getenv("EXPECT_BLAS");
+    ASSERT_NE(blas, nullptr);
+    const Cube a(3, true, 3.0);
+    bla_solver* made = nullptr;
+    ASSERT_EQ(bla_solver_create(&made), BLA_SOLVER_OK);
+    const Handle owner(made);
+    ASSERT_EQ(bla_solver_set(made, "threads", 2.0), BLA_SOLVER_OK);
+    ASSERT_EQ(bla_solver_analyse(made, BLA_SOLVER_SYMMETRIC_LOWER, a.n, a.start.data(), a.column.data()),
+              BLA_SOLVER_OK);
+    ASSERT_EQ(bla_solver_factorise(made, a.value.data()), BLA_SOLVER_OK);
+    double used = 0.0;
+    ASSERT_EQ(bla_solver_get(made, "threads_used", &used), BLA_SOLVER_OK);
+    EXPECT_EQ(used, std::strstr(blas, "openblas-serial") ? 1.0 : 2.0);
 }
 
 TEST(Bits, OfAGeneralMatrixAreThoseOfOneThread)
