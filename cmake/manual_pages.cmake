@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: BSD-3-Clause
 # cmake -DPAGES=directory -P manual_pages.cmake
 # Names the generated man pages as a system wants them: the page of a family gets the prefix bla_, the links
-# of its routines follow, and pages that are no family's go.
+# of its routines follow, those of structures say what they are, and pages that are no family's go.
 file(GLOB pages ${PAGES}/*.3)
 foreach(page ${pages})
     file(READ ${page} text)
@@ -14,6 +14,9 @@ foreach(page ${pages})
         string(REPLACE "\n.SH NAME\n${name} " "\n.SH NAME\nbla_${name} " text "${text}")
         file(REMOVE ${page})
         file(WRITE ${PAGES}/bla_${name}.3 "${text}")
+    elseif(text MATCHES "\n\\.SS \"Public Attributes\"")
+        string(REPLACE "\n.SH NAME\n${name}\n" "\n.SH NAME\n${name} \\- a structure\n" text "${text}")
+        file(WRITE ${page} "${text}")
     else()
         file(REMOVE ${page})
     endif()

@@ -25,6 +25,13 @@ module tovbla_solver
         enumerator :: bla_solver_symmetric_lower = 0, bla_solver_symmetric_upper, bla_solver_general
     end enum
 
+    ! A task of a recorded factorisation; its name is ended by a null character.
+    type, bind(c) :: bla_solver_task
+        type(c_ptr) :: name
+        integer(c_int32_t) :: front, row, column, step, thread, fronts
+        real(c_double) :: begin, end
+    end type
+
     interface
         ! Makes a solver with default options.
         integer(c_int) function bla_solver_create(solver) bind(c)
@@ -147,6 +154,16 @@ module tovbla_solver
             type(c_ptr), value :: solver
             integer(c_int64_t), value :: ldc
             real(c_double), intent(inout) :: c(ldc, *)
+        end function
+
+        ! The tasks of a recorded factorisation; next(start(t) + 1) ... next(start(t + 1)) wait for tasks(t), themselves
+        ! counted from 0.
+        integer(c_int) function bla_solver_tasks(solver, tasks, start, next) bind(c)
+            import :: bla_solver_task, c_int, c_int32_t, c_int64_t, c_ptr
+            type(c_ptr), value :: solver
+            type(bla_solver_task), intent(out) :: tasks(*)
+            integer(c_int64_t), intent(out) :: start(*)
+            integer(c_int32_t), intent(out) :: next(*)
         end function
 
         ! Calls monitor(context, phase, share) from time to time; a result other than 0 cancels.

@@ -112,6 +112,8 @@ const char* bla_solver_message(const bla_solver* solver);
  * - `ordering` (0): 0 the better of METIS and AMD (METIS above 30 000 unknowns), 1 METIS, 2 AMD, 3 as given
  *   to bla_solver_set_order.
  * - `memory_limit` (0): bytes that a factorisation may take; 0: no limit.
+ * - `record` (0): 1: the next factorisations note when and on which thread each of their tasks runs, for
+ *   bla_solver_tasks.
  *
  * `ordering` concerns bla_solver_analyse, `refinements` bla_solver_refine, `threads` everything, the others
  * bla_solver_factorise and what follows.
@@ -131,7 +133,7 @@ int bla_solver_set(bla_solver* solver, const char* option, double value);
  * inertia of a symmetric A), `replaced_pivots`, `shifted_pivots`; `unheld_motions`, the dimension of the null
  * space where A was found singular, else 0; `structural_rank` (entries of the diagonal that can be made
  * nonzero by exchanging rows; of a symmetric matrix the rows that are not zero); `threads_used`;
- * `seconds_factorise`.
+ * `seconds_factorise`; `tasks` and `task_edges`, what bla_solver_tasks tells of, 0 where it was not recorded.
  *
  * After bla_solver_solve: `seconds_solve` of the last call.
  *
@@ -254,6 +256,39 @@ const char* bla_solver_verdict(const bla_solver* solver);
  * @param ldc leading dimension, at least count and 1
  */
 int bla_solver_schur(const bla_solver* solver, double* c, int64_t ldc);
+
+/** A task of a recorded factorisation. */
+typedef struct bla_solver_task
+{
+    const char* name; /**< what was done, see bla_solver_tasks; valid as long as the library is loaded */
+    int32_t front;    /**< the front, counted from 0 from the leaves of the tree to its roots */
+    int32_t row;      /**< the row of tiles in the front, counted from 0; -1: no single one */
+    int32_t column;   /**< the column of tiles; -1: no single one */
+    int32_t step;     /**< the column of tiles whose pivots take part; -1: none */
+    int32_t thread;   /**< the thread, 0 ... `threads_used`-1 */
+    int32_t fronts;   /**< 1; of a branch how many there are, the last of which is `front` */
+    double begin;     /**< seconds since the begin of the elimination */
+    double end;       /**< as `begin` */
+} bla_solver_task;
+
+/**
+ * The tasks of the last factorisation, made with the option `record` set, and which of them wait for which:
+ * those that wait for task t are next[start[t]] ... next[start[t+1]-1], all of them behind t. Where the
+ * elimination was done more than once (pivots shifted after they had been replaced) those of the last time.
+ * BLA_SOLVER_NOT_READY where nothing was recorded.
+ *
+ * The cut into tasks, and all of the sequence but threads and times, depend on the analysis alone. Each task
+ * is called by what it does: `branch`, all of some neighbouring subtrees; and of the large fronts above them,
+ * whose rows and columns are cut into tiles, `assemble` (entries and children of a column of tiles), `keep`
+ * (the Schur complement of bla_solver_set_schur is put aside), `eliminate` (the pivots of a diagonal tile),
+ * `lower` and `upper` (a tile of L or U beside them), `update` (what a step takes from a tile), `finish` (all
+ * of the front is done).
+ * @param solver the handle
+ * @param[out] tasks [`tasks`]
+ * @param[out] start [`tasks`+1] positions in `next`
+ * @param[out] next [`task_edges`] tasks, ascending for each t
+ */
+int bla_solver_tasks(const bla_solver* solver, bla_solver_task* tasks, int64_t* start, int32_t* next);
 
 /**
  * Calls monitor(context, phase, share) from time to time during bla_solver_analyse ("analysing"),

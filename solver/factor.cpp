@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "factor.h"
 
+#include "stopwatch.h"
+
 #include <algorithm>
+#include <cmath>
 #include <thread>
 
 Factor::Factor(const Analysis& analysis, const Assembly& assembly, const Schedule& schedule,
@@ -40,8 +43,9 @@ double Factor::bytes(const Analysis& analysis, const Schedule& schedule, bool sy
            2 * benches * sizeof(int) * static_cast<double>(analysis.fronts.size());
 }
 
-void Factor::factorise(const double* value, const PivotRule& rule, const Progress& progress)
+void Factor::factorise(const double* value, const PivotRule& rule, const Progress& progress, TaskTime* times)
 {
+    const Stopwatch watch;
     // A tiny pivot keeps the side of zero on which its diagonal entry lay; one that started at zero goes
     // below, where the Schur complements of saddle-point systems are.
     for (int k = 0; k < analysis_.n; ++k) {
@@ -57,13 +61,7 @@ void Factor::factorise(const double* value, const PivotRule& rule, const Progres
     const std::thread::id caller = std::this_thread::get_id();
     std::mutex counting;
     double done = 0.0;
-    schedule_.graph.execute(threads_, [&](int t) {
-        const Task& task = schedule_.tasks[t];
-        double flops = 0.0;
-        if (task.kind == Task::Kind::branch)
-            flops = eliminateBranch(schedule_.branches[task.front], value, rule);
-        else
-            flops = doTile(task, value, rule);
+    const auto count = [&](double flops) {
         if (!progress || flops == 0.0)
             return;
         double share;
@@ -73,7 +71,19 @@ void Factor::factorise(const double* value, const PivotRule& rule, const Progres
         }
         if (std::this_thread::get_id() == caller)
             progress(std::min(share, 1.0));
-    });
+    };
+    const Progress add = std::cref(count);
+    const auto perform = [&](int t) {
+        const Task& task = schedule_.tasks[t];
+        const double begin = times ? watch.seconds() : 0.0;
+        if (task.kind == Task::Kind::branch)
+            eliminateBranch(schedule_.branches[task.front], value, rule, add);
+        else
+            add(doTile(task, value, rule));
+        if (times)
+            times[t] = {TaskGraph::thread(), begin, watch.seconds()};
+    };
+    schedule_.graph.execute(threads_, std::cref(perform)); // which takes no memory
     countPivots(rule.shift > 0.0);
 }
 
@@ -91,19 +101,37 @@ Pivots Factor::pivotsFrom(int k)
 }
 
 // One bench for each thread: there is an idle one.
-double Factor::eliminateBranch(const Branch& branch, const double* value, const PivotRule& rule)
+class Factor::Seat
 {
-    Bench* bench;
+public:
+    explicit Seat(Factor& factor) : factor_(factor)
     {
-        const std::lock_guard<std::mutex> lock(benchesInUse_);
-        bench = idle_.back();
-        idle_.pop_back();
+        const std::lock_guard<std::mutex> lock(factor_.benchesInUse_);
+        bench_ = factor_.idle_.back();
+        factor_.idle_.pop_back();
     }
+    ~Seat()
+    {
+        const std::lock_guard<std::mutex> lock(factor_.benchesInUse_);
+        factor_.idle_.push_back(bench_);
+    }
+    Seat(const Seat&) = delete;
+    Seat& operator=(const Seat&) = delete;
+    Bench* operator->() const { return bench_; }
+
+private:
+    Factor& factor_;
+    Bench* bench_;
+};
+
+void Factor::eliminateBranch(const Branch& branch, const double* value, const PivotRule& rule,
+                             const Progress& add)
+{
+    const Seat bench(*this);
     double* const stack[2] = {bench->stack[0].get(), bench->stack[1].get()};
     std::int64_t used[2] = {0, 0};
     for (std::vector<int>& waiting : bench->waiting)
         waiting.clear();
-    double flops = 0.0;
     for (int f = branch.first; f <= branch.last; ++f) {
         const Front& front = analysis_.fronts[f];
         const int parity = front.depth % 2;
@@ -139,11 +167,8 @@ double Factor::eliminateBranch(const Branch& branch, const double* value, const 
             used[parity] += static_cast<std::int64_t>(front.rest()) * front.rest();
             bench->waiting[parity].push_back(f);
         }
-        flops += symmetric_ ? front.flops() : 2.0 * front.flops();
+        add(symmetric_ ? front.flops() : 2.0 * front.flops());
     }
-    const std::lock_guard<std::mutex> lock(benchesInUse_);
-    idle_.push_back(bench);
-    return flops;
 }
 
 // Zeros, and the entries of A; of C nothing.
@@ -229,6 +254,12 @@ double Factor::doTile(const Task& task, const double* value, const PivotRule& ru
         break;
     }
     return 0.0;
+}
+
+double Factor::smallestPivot() const
+{
+    const auto smaller = [](double x, double y) { return std::fabs(x) < std::fabs(y); };
+    return std::fabs(*std::min_element(d_.begin(), d_.end(), smaller));
 }
 
 void Factor::countPivots(bool shifted)

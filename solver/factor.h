@@ -25,6 +25,13 @@ struct TreatedPivot
     double shift;
 };
 
+// When a task of the schedule ran, in seconds since the begin of the factorisation, and on which thread.
+struct TaskTime
+{
+    int thread;
+    double begin, end;
+};
+
 class Factor
 {
 public:
@@ -33,9 +40,10 @@ public:
            int threads);
 
     // `value` are the entries in the sequence of the pattern of the assembly, of a symmetric matrix those
-    // with column <= row. May be called again, for other
-    // values or another rule; throws nothing but what `progress` does.
-    void factorise(const double* value, const PivotRule& rule, const Progress& progress);
+    // with column <= row. May be called again, for other values or another rule; throws nothing but what
+    // `progress` does. `times`: of every task; null: not wanted.
+    void factorise(const double* value, const PivotRule& rule, const Progress& progress,
+                   TaskTime* times = nullptr);
 
     // X := A^-1 * X, or A^-T * X
     void solve(Vectors& x, bool transposed = false, int threads = 1) const;
@@ -45,6 +53,7 @@ public:
     int negative() const { return negative_; }
     int treated() const { return static_cast<int>(treated_.size()); }
     const std::vector<TreatedPivot>& treatedPivots() const { return treated_; }
+    double smallestPivot() const; // by magnitude; n > 0
 
     // Pivots in the order of elimination; the Schur complement of the unknowns that the analysis keeps, of
     // their order, by columns: of a symmetric matrix the lower triangle.
@@ -68,12 +77,14 @@ private:
         std::vector<int> waiting[2];
     };
 
+    class Seat; // of a thread at a bench
     struct Desk;
 
     FrontStorage storage(int front, double* schur) const;
     Pivots pivotsFrom(int k);
     void assemble(int front, int begin, int end, const double* value, const FrontStorage& storage) const;
-    double eliminateBranch(const Branch& branch, const double* value, const PivotRule& rule);
+    void eliminateBranch(const Branch& branch, const double* value, const PivotRule& rule,
+                         const Progress& add);
     double doTile(const Task& task, const double* value, const PivotRule& rule);
     void forward(const Piece& piece, int width, bool transposed, double* y, double* given) const;
     void backward(const Piece& piece, int width, bool transposed, double* y) const;

@@ -8,6 +8,7 @@
 #include "stopwatch.h"
 
 #include <algorithm>
+#include <cmath>
 #include <new>
 #include <numeric>
 #include <thread>
@@ -19,6 +20,8 @@ namespace {
 constexpr double pivotShift = 0x1p-26;
 // What counts as tiny then: whatever the shift surely moves away from zero, to half of itself at least.
 constexpr double shiftTolerance = pivotShift / 2;
+// What rounding makes of a pivot that is zero is below this.
+constexpr double soundPivot = 0x1p-36;
 // A factor that needs more than a few steps of refinement is not a good one, and the best there is may need
 // much.
 constexpr Effort few{5, 0}, much{20, 10};
@@ -109,6 +112,8 @@ void bla_solver::factorise(const double* value)
         made->factor =
             std::make_unique<Factor>(used.analysis, *used.assembly, *used.schedule, *used.pieces, threads());
     made->replaced.reserve(rows->pattern().n);
+    if (options.record > 0.0)
+        made->times.emplace(used.schedule->tasks.size());
 
     factoriseWell(inPlace ? *numbers->factor : *made->factor, value, *made);
 
@@ -139,7 +144,9 @@ double bla_solver::bytes(const Plan& used) const
     const double vectors =
         3 * sizeof(double) + 2 * sizeof(int); // its pointers, factors and exchanges; replaced
     const double trial = used.symmetric() ? 0.0 : 8 * sizeof(double); // solutions that try the factor
-    return rows->bytes() + used.bytes() +
+    const double times =
+        options.record > 0.0 ? sizeof(TaskTime) * static_cast<double>(used.schedule->tasks.size()) : 0.0;
+    return rows->bytes() + used.bytes() + times +
            Factor::bytes(used.analysis, *used.schedule, used.symmetric(), threads()) + scaled +
            (vectors + trial) * n();
 }
@@ -174,12 +181,15 @@ void bla_solver::factoriseWell(Factor& factor, const double* value, Numbers& mad
     const PivotRule asked{options.tolerance, options.shift, width},
         shifting{shiftTolerance, pivotShift, width};
     const auto run = [&](const PivotRule& rule, const char* phase) {
-        factor.factorise(used, rule, [&](double share) { report(phase, share); });
+        factor.factorise(used, rule, monitor ? [&](double share) { report(phase, share); } : Progress(),
+                         made.times ? made.times->data() : nullptr);
         made.shifted = rule.shift > 0.0;
     };
     run(asked, "factorising");
-    const bool definite = n() == 0 || (symmetric && factor.negative() == 0 && factor.treated() == 0);
-    if (definite || options.shift > 0.0 || !wishes.kept.empty())
+    if (n() == 0 || options.shift > 0.0 || !wishes.kept.empty())
+        return;
+    const bool definite = symmetric && factor.negative() == 0 && factor.treated() == 0;
+    if (definite && factor.smallestPivot() > soundPivot)
         return;
     const Factorised inverse{[&](Vectors& x) { factor.solve(x, false, threads()); },
                              [&](Vectors& x) { factor.solve(x, true, threads()); }, true};
@@ -269,7 +279,7 @@ void bla_solver::refine(const double* value, int columns, const double* b, std::
         const ErrorBound bound =
             boundError(scaled, right, refined.x, numbers->equilibrated.column, factorised);
         worst.residual = std::max(worst.residual, refined.residual);
-        worst.error = std::max(worst.error, bound.forward());
+        worst.error = worst.motions > 0 ? HUGE_VAL : std::max(worst.error, bound.forward());
         told->condition = std::max(told->condition, bound.cond1 + bound.cond2);
         told->backwardError = std::max(told->backwardError, refined.backward.sum());
         told->steps = std::max(told->steps, refined.steps);

@@ -4,6 +4,7 @@
 // handle as it was.
 #pragma once
 
+#include "TOVBlaSolver.h"
 #include "factor.h"
 #include "options.h"
 #include "plan.h"
@@ -15,6 +16,7 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -37,6 +39,7 @@ struct Numbers
     std::unique_ptr<Factor> factor;
     bool shifted = false;
     int threads = 0;
+    std::optional<std::vector<TaskTime>> times; // of the tasks of the schedule, where they are recorded
     UnheldMotions unheld;
     std::vector<int> replaced; // ascending
     double seconds = 0.0, secondsSolve = -1.0;
@@ -60,11 +63,13 @@ struct bla_solver
                 std::int64_t ldx);
     void pivots(double* d) const;
     void schur(double* c, std::int64_t ldc) const;
+    void tasks(bla_solver_task* tasks, std::int64_t* start, std::int32_t* next) const;
     double quantity(const char* name) const;
 
     // Throw Failure where that is missing.
     void requireAnalysis() const;
     void requireFactor() const;
+    void requireTasks() const;
     void requireAnswer() const;
 
     // What the handle holds at most while it factorises, plan and factor included.

@@ -218,6 +218,19 @@ int bla_solver_schur(const bla_solver* solver, double* c, std::int64_t ldc)
     });
 }
 
+int bla_solver_tasks(const bla_solver* solver, bla_solver_task* tasks, std::int64_t* start,
+                     std::int32_t* next)
+{
+    return guarded(solver, [&] {
+        solver->requireTasks();
+        require(tasks || solver->numbers->times->empty(), "the place for the tasks is missing");
+        require(start, "the place for the starts is missing");
+        require(next || solver->plan->schedule->graph.edges() == 0,
+                "the place for those that wait is missing");
+        solver->tasks(tasks, start, next);
+    });
+}
+
 int bla_solver_set_monitor(bla_solver* solver, int (*monitor)(void*, const char*, double), void* context)
 {
     return guarded(solver, [&] {

@@ -24,6 +24,7 @@ constexpr Option known[] = {
     {"panel_width", &Options::panelWidth, 4096.0, true},
     {"ordering", &Options::ordering, 3.0, true},
     {"memory_limit", &Options::memoryLimit, 0x1p63, false},
+    {"record", &Options::record, 1.0, true},
 };
 
 std::string names()

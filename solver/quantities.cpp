@@ -28,6 +28,11 @@ int orderingUsed(const Analysis& a)
     return static_cast<int>(a.ordering);
 }
 
+std::size_t recorded(const bla_solver& s)
+{
+    return s.numbers->times ? s.numbers->times->size() : 0;
+}
+
 double solveSeconds(const bla_solver& s)
 {
     if (s.numbers->secondsSolve < 0.0)
@@ -55,6 +60,9 @@ constexpr Quantity known[] = {
      [](S s) { return static_cast<double>(s.numbers->equilibrated.structuralRank); }},
     {"unheld_motions", factor, [](S s) { return static_cast<double>(s.numbers->unheld.count); }},
     {"threads_used", factor, [](S s) { return static_cast<double>(s.numbers->threads); }},
+    {"tasks", factor, [](S s) { return whole(recorded(s)); }},
+    {"task_edges", factor,
+     [](S s) { return recorded(s) > 0 ? whole(s.plan->schedule->graph.edges()) : 0.0; }},
     {"seconds_factorise", factor, [](S s) { return s.numbers->seconds; }},
     {"seconds_solve", factor, solveSeconds},
     {"residual", answer, [](S s) { return s.answer->evidence.residual; }},

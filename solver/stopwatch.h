@@ -15,6 +15,12 @@ public:
         return seconds;
     }
 
+    // the same, and goes on
+    double seconds() const
+    {
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - last_).count();
+    }
+
 private:
     std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
 };

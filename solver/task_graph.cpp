@@ -16,6 +16,12 @@
 #include <numeric>
 #include <optional>
 
+namespace {
+
+thread_local int worker = 0; // in the execution that this thread works on
+
+}
+
 // One execution. Threads that work on it take the first task in sequence of those that are ready. All memory
 // is taken before the first task begins: half a factorisation cannot be taken back.
 class Run
@@ -34,6 +40,7 @@ public:
     void work()
     {
         std::unique_lock<std::mutex> lock(mutex_);
+        const int before = std::exchange(worker, workers_++);
         while (left_ > 0 && !failure_) {
             if (ready_.empty()) {
                 changed_.wait(lock);
@@ -47,6 +54,7 @@ public:
             lock.lock();
             finished(t, failure);
         }
+        worker = before;
     }
 
     std::exception_ptr failure() const { return failure_; }
@@ -83,7 +91,7 @@ private:
     std::mutex mutex_;
     std::condition_variable changed_;
     std::vector<int> waits_, ready_;
-    int left_;
+    int left_, workers_ = 0;
     std::exception_ptr failure_;
 };
 
@@ -128,6 +136,11 @@ void TaskGraph::execute(int threads, const std::function<void(int)>& task) const
     run->work(); // alone, if anything is left
     if (run->failure())
         std::rethrow_exception(run->failure());
+}
+
+int TaskGraph::thread()
+{
+    return worker;
 }
 
 double TaskGraph::bytes() const

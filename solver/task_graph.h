@@ -20,7 +20,11 @@ public:
     // all. What a task throws ends the others that have not begun, and is thrown again when all have ended.
     void execute(int threads, const std::function<void(int)>& task) const;
 
+    // For a task that execute() performs: on which of the threads, from 0.
+    static int thread();
+
     int count() const { return static_cast<int>(waits_.size()); }
+    std::size_t edges() const { return next_.size(); }
     // Those that wait for task t.
     std::span<const int> next(int t) const
     {

@@ -85,3 +85,12 @@ std::vector<int> Library::replaced() const
     check(bla_solver_replaced(solver_.get(), unknowns.data()));
     return unknowns;
 }
+
+Tasks Library::tasks() const
+{
+    const auto count = static_cast<std::size_t>(get("tasks"));
+    Tasks tasks{std::vector<bla_solver_task>(count), std::vector<std::int64_t>(count + 1),
+                std::vector<std::int32_t>(static_cast<std::size_t>(get("task_edges")))};
+    check(bla_solver_tasks(solver_.get(), tasks.task.data(), tasks.start.data(), tasks.next.data()));
+    return tasks;
+}

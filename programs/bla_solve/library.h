@@ -13,6 +13,15 @@
 // Called with what is being done and the share of it that is done.
 using Monitor = std::function<void(const char*, double)>;
 
+// The tasks of a recorded factorisation: next[start[t]] ... next[start[t + 1] - 1] wait for task t and stand
+// behind it.
+struct Tasks
+{
+    std::vector<bla_solver_task> task;
+    std::vector<std::int64_t> start;
+    std::vector<std::int32_t> next;
+};
+
 // Every call throws std::runtime_error with the library's sentence where it fails, std::bad_alloc without
 // memory.
 class Library
@@ -34,6 +43,8 @@ public:
     // The matrix of the unknowns that are kept, `count` of them.
     Block condensed(int count) const;
     std::vector<int> replaced() const;
+    // With the option `record` set before the factorisation.
+    Tasks tasks() const;
 
 private:
     struct Destroy

@@ -11,12 +11,16 @@
 #include "report.h"
 #include "standard_output.h"
 #include "stopwatch.h"
+#include "task_report.h"
+#include "trace.h"
 
 #include <cmath>
 #include <cstdio>
 #include <exception>
 #include <new>
+#include <sys/resource.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -30,15 +34,21 @@ void keepInput(const std::string& input, const std::string& output)
 void checkOutputs(const Options& options)
 {
     const bool picture = options.matrix.empty() && options.condense.empty();
-    for (const std::string& output : {options.solution, options.condensed, picture ? options.vtk : ""}) {
+    const std::pair<const char*, std::string> outputs[] = {{"--solution", options.solution},
+                                                           {"--condensed", options.condensed},
+                                                           {"--trace", options.trace},
+                                                           {"--vtk", picture ? options.vtk : ""}};
+    for (const auto& [name, output] : outputs) {
         if (output.empty())
             continue;
         for (const std::string& input : {options.matrix, options.rhsFile(), options.condense})
             keepInput(input, output);
         checkWritable(output);
+        for (const auto* other = outputs; other->first != name; ++other)
+            if (!other->second.empty() && samePlace(other->second, output))
+                throw InputError(std::string(other->first) + " and " + name +
+                                 " name the same file: " + output);
     }
-    if (options.matrix.empty() && !options.solution.empty() && samePlace(options.solution, options.vtk))
-        throw InputError("--solution and --vtk name the same file: " + options.vtk);
 }
 
 // One line that is written over while the work goes on, and gone at its end.
@@ -166,6 +176,9 @@ void reportFactorisation(Report& report, const Library& library, bool symmetric)
     addCount(report, library, "replaced_pivots", "replaced pivots");
     addCount(report, library, "shifted_pivots", "shifted pivots");
     addCount(report, library, "memory", "memory in bytes");
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage); // in kilobytes
+    report.add("peak_memory", "peak memory in bytes", std::int64_t{usage.ru_maxrss} * 1024);
 }
 
 // Up to the factorisation; what follows it differs.
@@ -177,6 +190,18 @@ void reportTime(Report& report, const Options& options, const Library& library, 
     addPhase(report, "analysis", "analysis", {library.get("seconds_analyse")});
     addPhase(report, "factorisation", "factorisation",
              {library.get("seconds_factorise"), library.get("flops")});
+}
+
+// false where the trace could not be written
+bool reportTasks(Report& report, const Tasks& tasks, const Options& options)
+{
+    reportTasks(report, tasks);
+    const bool there = options.trace.empty() || written([&] { writeTrace(options.trace, tasks); });
+    if (there && !options.trace.empty())
+        report.add("trace_file", "written to", options.trace);
+    if (!options.simulate.empty())
+        reportSimulation(report, tasks, options.simulate);
+    return there;
 }
 
 void reportAnswer(Report& report, const Library& library, const Problem& problem, const Block& x)
@@ -220,6 +245,7 @@ int run(const Options& options)
     library.set("tolerance", options.tolerance);
     library.set("panel_width", options.nb);
     library.set("refinements", options.refinements);
+    library.set("record", options.record());
     library.keep(problem.kept);
     library.analyse(a, symmetric);
     library.factorise(a);
@@ -250,16 +276,18 @@ int run(const Options& options)
     addPhase(report, "total", "total", total);
 
     bool good = true;
+    if (options.record())
+        good = reportTasks(report, library.tasks(), options);
     if (condensing) {
         reportCondensation(report, condensed);
         const auto write = symmetric ? writeSymmetric : writeVectors;
-        good = written([&] { write(options.condensed, condensed.matrix); });
-        if (good)
+        const bool there = written([&] { write(options.condensed, condensed.matrix); });
+        if (there)
             report.add("condensed_file", "written to", options.condensed);
-        good &= condensed.trusted;
+        good &= there && condensed.trusted;
     } else {
         if (options.matrix.empty())
-            good = reportBeam(report, options.beam, x, options.vtk);
+            good &= reportBeam(report, options.beam, x, options.vtk);
         reportAnswer(report, library, problem, x);
         good &= library.get("trusted") == 1.0;
         if (!options.solution.empty())

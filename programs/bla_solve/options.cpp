@@ -3,6 +3,7 @@
 
 #include "error.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
@@ -31,13 +32,18 @@ numbers
   --tolerance T     pivots of at most this magnitude in the equilibrated matrix are replaced (1e-14)
   --nb N            panel width of the front elimination (default: by the size of the front)
   --refine N        at most N steps of iterative refinement (10)
-  --threads N       threads of the BLAS library (default: as the library has it)
+  --threads N       threads of factorisation and solution (default: one for each processor)
 
 condensation
   --condense FILE   instead of a solution, the matrix that is left of A where all unknowns but those listed in
                     FILE are eliminated (a Schur complement; of a structure, a superelement): their numbers,
                     counted from 1, in text; what follows % or # in a line is a comment
   --condensed FILE  where it goes: a Matrix Market array, rows and columns as listed
+
+tasks of the factorisation
+  --trace FILE      write when and on which thread each ran, as Chrome trace events (chrome://tracing, Perfetto)
+  --simulate LIST   how long they would take on other numbers of workers, by list scheduling with the measured
+                    times: --threads 1 --simulate 1,2,4,8,16 (one thread measures them undisturbed)
 
 output
   --json            the report as one JSON object on stdout, nothing else
@@ -68,6 +74,20 @@ Number number(std::string_view option, std::string_view text, Number least, Numb
     if (error != std::errc() || end != text.data() + text.size() || !(value >= least && value <= most))
         throw InputError(std::string(option) + ": '" + std::string(text) + "' is not a sensible value");
     return value;
+}
+
+// Ascending, each once.
+std::vector<int> parseWorkers(std::string_view option, std::string_view text)
+{
+    std::vector<int> workers;
+    for (std::string_view rest = text;; rest.remove_prefix(rest.find(',') + 1)) {
+        workers.push_back(number<int>(option, rest.substr(0, rest.find(',')), 1, 1000000));
+        if (rest.find(',') == std::string_view::npos)
+            break;
+    }
+    std::sort(workers.begin(), workers.end());
+    workers.erase(std::unique(workers.begin(), workers.end()), workers.end());
+    return workers;
 }
 
 void parseMesh(std::string_view text, BeamMesh& mesh)
@@ -133,6 +153,10 @@ Options parseOptions(int argc, char** argv)
             options.refinements = number<int>(word, value(), 0, 1000);
         } else if (word == "--threads") {
             options.threads = number<int>(word, value(), 1, 1024);
+        } else if (word == "--trace") {
+            options.trace = value();
+        } else if (word == "--simulate") {
+            options.simulate = parseWorkers(word, value());
         } else if (word == "--solution") {
             options.solution = value();
         } else if (word == "--condense") {

@@ -4,6 +4,7 @@
 #include "beam.h"
 
 #include <string>
+#include <vector>
 
 enum class Method { automatic, symmetric, unsymmetric };
 
@@ -21,9 +22,12 @@ struct Options
     std::string vtk = "beam.vtu";    // empty: none
     std::string solution;            // empty: not written
     std::string condense, condensed; // unknowns to keep, and where their matrix goes; both or none
+    std::string trace;               // empty: not written
+    std::vector<int> simulate;       // numbers of workers, ascending
     bool json = false;
     bool help = false, version = false;
 
+    bool record() const { return !trace.empty() || !simulate.empty(); }
     std::string rhsFile() const { return rhs == "ones" || rhs == "random" ? "" : rhs; }
 };
 

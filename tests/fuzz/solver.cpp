@@ -93,6 +93,7 @@ public:
     {
         require(bla_solver_create(&solver_) == BLA_SOLVER_OK && solver_, "a handle is made");
         require(bla_solver_set(solver_, "threads", 1) == BLA_SOLVER_OK, "threads are set");
+        require(bla_solver_set(solver_, "record", 1) == BLA_SOLVER_OK, "tasks are recorded");
     }
     ~Machine() { bla_solver_destroy(solver_); }
     Machine(const Machine&) = delete;
@@ -397,6 +398,20 @@ private:
         }
     }
 
+    void readTasks(int ready)
+    {
+        const auto count = static_cast<std::size_t>(factored_ ? get("tasks") : 0.0);
+        std::vector<bla_solver_task> tasks(count);
+        std::vector<std::int64_t> start(count + 1);
+        std::vector<std::int32_t> next(static_cast<std::size_t>(factored_ ? get("task_edges") : 0.0));
+        if (!returns(ready,
+                     [&] { return bla_solver_tasks(solver_, tasks.data(), start.data(), next.data()); }))
+            return;
+        for (std::size_t t = 0; t < count; ++t)
+            for (std::int64_t e = start[t]; e < start[t + 1]; ++e)
+                require(tasks[t].end <= tasks[next[e]].begin, "a task waits for others");
+    }
+
     void readOut(Bytes& bytes)
     {
         std::vector<double> d(size());
@@ -417,6 +432,7 @@ private:
                                          : BLA_SOLVER_OK,
                 [&] { return bla_solver_schur(solver_, c.data(), ldc); });
         require((*bla_solver_verdict(solver_) != '\0') == answered_, "a verdict on an answer, else none");
+        readTasks(ready);
     }
 
     void setMonitor(Bytes& bytes)

@@ -10,6 +10,7 @@ FUZZ = ("fuzz_matrix_market",)
 FILES = ("tests/solve/test_files.py",)
 OUTPUTS = ("tests/solve/test_programs.py",)
 CONDENSE = ("tests/solve/test_condense.py",)
+TASKS, SIMULATION = ("tests/solve/test_tasks.py",), ("simulation_tests",)
 
 MUTATIONS = [
     # numbers
@@ -73,5 +74,23 @@ MUTATIONS = [
      "++count", CONDENSE),
     ("unknowns are counted from 0", PROGRAM + "unknowns.cpp", "static_cast<int>(value - 1)", "static_cast<int>(value % n)", CONDENSE),
     ("an unknown may be kept twice", PROGRAM + "unknowns.cpp", "if (there[unknown]++)", "if (there[unknown] > 1)", CONDENSE),
+    # tasks
+    ("the shortest path goes first", PROGRAM + "simulation.cpp", "ready.emplace(toEnd_[t], -t);",
+     "ready.emplace(-toEnd_[t], -t);", SIMULATION),
+    ("a task is ready when one that it waits for has ended", PROGRAM + "simulation.cpp", "--waits[next_[e]] == 0",
+     "--waits[next_[e]] == waits_[next_[e]] - 1", SIMULATION),
+    ("there is one worker more", PROGRAM + "simulation.cpp", "running.size()) < workers", "running.size()) <= workers", SIMULATION),
+    ("of tasks that end together one is seen", PROGRAM + "simulation.cpp", "for (; !running.empty() && running.top().first == now; running.pop())",
+     "for (bool one = true; one; running.pop(), one = false)", SIMULATION),
+    ("the critical path goes anywhere", PROGRAM + "simulation.cpp", "toEnd_[s] < toEnd_[t];", "toEnd_[s] > toEnd_[t];", SIMULATION),
+    ("the trace tells nothing of those that wait", PROGRAM + "trace.cpp", "e < tasks.start[t + 1]; ++e)", "e < tasks.start[t]; ++e)",
+     TASKS),
+    ("the trace cuts times off", PROGRAM + "trace.cpp", "(end - begin) / 1000, (end - begin) % 1000", "(end - begin) / 1000, 0LL",
+     TASKS),
+    ("workers may be none", PROGRAM + "options.cpp", "rest.substr(0, rest.find(',')), 1, 1000000)",
+     "rest.substr(0, rest.find(',')), 0, 1000000)", TASKS),
+    ("a trace may overwrite the matrix", MAIN, '{"--trace", options.trace},', '{"--trace", ""},', TASKS),
+    ("a lost trace is no failure", MAIN, "    return there;", "    return true;", TASKS),
+    ("the peak is in kilobytes", MAIN, "std::int64_t{usage.ru_maxrss} * 1024", "std::int64_t{usage.ru_maxrss}", TASKS),
     ("run.sh builds in silence", "run.sh", "(once; a few minutes) ...\" >&2", "(once; a few minutes) ...\" >/dev/null", OUTPUTS),
 ]

@@ -410,7 +410,7 @@ class Help(runner.Case):
         done = self.run_program("--help")
         self.assertEqual((done.returncode, done.stderr), (0, ""))
         for option in ("--mesh", "--method", "--rhs", "--columns", "--tolerance", "--nb", "--refine", "--threads",
-                       "--json", "--condense", "--condensed", "--solution", "--vtk", "--no-vtk", "--version", "--help", "exit status"):
+                       "--json", "--trace", "--simulate", "--condense", "--condensed", "--solution", "--vtk", "--no-vtk", "--version", "--help", "exit status"):
             self.assertIn(option, done.stdout)
 
 

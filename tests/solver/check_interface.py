@@ -20,7 +20,19 @@ for c, fortran in (("int", "integer(c_int)"), ("int32_t", "integer(c_int32_t)"),
     PASSED[c, 0, False] = {fortran + ", value"}
     PASSED[c, 1, True] = {fortran + ", intent(in)"}
     PASSED[c, 1, False] = {fortran + ", intent(out)", fortran + ", intent(inout)"}
+PASSED["bla_solver_task", 1, False] = {"type(bla_solver_task), intent(out)"}
+MEMBERS = {"const char*": "type(c_ptr)", "int32_t": "integer(c_int32_t)", "double": "real(c_double)"}
 RESULTS = {"int": "integer(c_int) function", "const char*": "type(c_ptr) function", "void": "subroutine"}
+
+
+def members(header, fortran):
+    """[(member, type)] of bla_solver_task in either"""
+    text = re.sub(r"/\*.*?\*/", "", header, flags=re.S)
+    body = re.search(r"typedef struct bla_solver_task\s*\{(.*?)\} bla_solver_task;", text, re.S)[1]
+    ours = [(word, MEMBERS[kind]) for kind, word in re.findall(r"(\w[\w ]*?\*?) (\w+);", body)]
+    body = re.search(r"type, bind\(c\) :: bla_solver_task\n(.*?)end type", fortran, re.S)[1]
+    return ours, [(word, kind) for kind, words in re.findall(r"^\s*(\S.*?) :: (.*)$", body, re.M)
+                  for word in words.split(", ")]
 
 
 def in_header(text):
@@ -58,12 +70,15 @@ def main():
     others, other_constants = in_fortran(fortran)
     exported = re.findall(r"^\s+(bla_solver_\w+);", exports, re.M)
     failures = []
-    if len(functions) < 17 or sorted(functions) != sorted(exported):
+    if len(functions) < 18 or sorted(functions) != sorted(exported):
         failures.append(f"the header has {sorted(functions)}, the export map {sorted(exported)}")
     if sorted(functions) != sorted(others):
         failures.append(f"the header has {sorted(functions)}, the Fortran module {sorted(others)}")
     if constants != other_constants or len(constants) != 2:
         failures.append(f"constants: {constants} and {other_constants}")
+    ours, theirs = members(header, fortran)
+    if len(ours) < 9 or ours != theirs:
+        failures.append(f"bla_solver_task: {ours} and {theirs}")
     for name in sorted(set(functions) & set(others)):
         (result, arguments), (other, theirs) = functions[name], others[name]
         if RESULTS[result] != other:

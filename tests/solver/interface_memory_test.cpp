@@ -76,6 +76,8 @@ Told tell(bla_solver* solver, const System& system)
                                  "condition",
                                  "trusted",
                                  "refinement_steps",
+                                 "tasks",
+                                 "task_edges",
                                  "ordering"}) {
         double value = -1.0;
         told.push_back(bla_solver_get(solver, quantity, &value));
@@ -132,6 +134,7 @@ void failEverywhere(const System& system, const char* name, const std::vector<Ca
     const auto prepared = [&] {
         Handle solver = create();
         EXPECT_EQ(bla_solver_set(solver.get(), "threads", system.threads), BLA_SOLVER_OK);
+        EXPECT_EQ(bla_solver_set(solver.get(), "record", 1), BLA_SOLVER_OK);
         for (const Call& step : before)
             EXPECT_EQ(step(solver.get()), BLA_SOLVER_OK) << bla_solver_message(solver.get());
         return solver;

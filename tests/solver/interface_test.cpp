@@ -611,8 +611,8 @@ TEST(Interface, OptionsAreReadBack)
 {
     const Handle solver = create();
     const std::pair<const char*, double> options[] = {
-        {"threads", 2},  {"tolerance", 1e-9}, {"shift", 1e-7},      {"refinements", 3},
-        {"ordering", 2}, {"panel_width", 48}, {"memory_limit", 1e9}};
+        {"threads", 2},  {"tolerance", 1e-9}, {"shift", 1e-7},       {"refinements", 3},
+        {"ordering", 2}, {"panel_width", 48}, {"memory_limit", 1e9}, {"record", 1}};
     for (const auto& [name, value] : options) {
         ASSERT_EQ(bla_solver_set(solver.get(), name, value), BLA_SOLVER_OK) << name;
         EXPECT_EQ(get(solver, name), value);
@@ -665,12 +665,14 @@ TEST(Interface, NoUnknownAndOneGoThroughEveryCall)
                     EXPECT_EQ(bla_solver_schur(s, &c, 1), kept > 0 ? BLA_SOLVER_OK : BLA_SOLVER_NOT_READY);
                     for (const char* quantity : {"n", "entries", "fronts", "largest_front", "factor_entries"})
                         EXPECT_EQ(get(handle, quantity), n) << quantity;
-                    for (const char* quantity :
-                         {"flops",           "memory",          "ordering_used",    "seconds_analyse",
-                          "positive_pivots", "negative_pivots", "replaced_pivots",  "shifted_pivots",
-                          "unheld_motions",  "structural_rank", "threads_used",     "seconds_factorise",
-                          "seconds_solve",   "residual",        "backward_error",   "error_estimate",
-                          "condition",       "trusted",         "refinement_steps", "seconds_refine"})
+                    for (const char* quantity : {"flops",           "memory",          "ordering_used",
+                                                 "seconds_analyse", "positive_pivots", "negative_pivots",
+                                                 "replaced_pivots", "shifted_pivots",  "unheld_motions",
+                                                 "structural_rank", "threads_used",    "seconds_factorise",
+                                                 "tasks",           "task_edges",      "seconds_solve",
+                                                 "residual",        "backward_error",  "error_estimate",
+                                                 "condition",       "trusted",         "refinement_steps",
+                                                 "seconds_refine"})
                         EXPECT_GE(get(handle, quantity), 0.0) << quantity;
                     const bool regular = n == 0 || value != 0.0;
                     EXPECT_EQ(get(handle, "trusted"), regular);
