@@ -131,7 +131,7 @@ void TaskGraph::execute(int threads, const std::function<void(int)>& task) const
             tbb::parallel_for(
                 0, std::min(threads, count()), [&](int) { run->work(); }, tbb::simple_partitioner(), own);
         });
-    } catch (const std::bad_alloc&) { // the runtime's own; it has ended what it had begun
+    } catch (...) { // the runtime has no memory or no thread; what it had begun has ended
     }
     run->work(); // alone, if anything is left
     if (run->failure())

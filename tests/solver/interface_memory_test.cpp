@@ -176,7 +176,7 @@ void failEverywhere(const System& system, const char* name, const std::vector<Ca
         EXPECT_STRNE(bla_solver_message(solver.get()), "");
         // A thread of the runtime that starts meanwhile keeps a little, but not for every failure.
         lost += allocations::live() - live;
-        ASSERT_LE(lost, system.threads > 1 ? 20 + refused / 4 : 0)
+        ASSERT_LE(lost, system.threads > 1 ? 60 + refused / 4 : 0)
             << system.name << " " << name << " loses memory at " << k;
         ASSERT_TRUE(same(tell(solver.get(), system), untouched)) << system.name << " " << name << " " << k;
     }
