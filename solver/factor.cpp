@@ -61,7 +61,7 @@ void Factor::factorise(const double* value, const PivotRule& rule, const Progres
     const std::thread::id caller = std::this_thread::get_id();
     std::mutex counting;
     double done = 0.0;
-    const Progress add = [&](double flops) {
+    const auto count = [&](double flops) {
         if (!progress || flops == 0.0)
             return;
         double share;
@@ -72,7 +72,8 @@ void Factor::factorise(const double* value, const PivotRule& rule, const Progres
         if (std::this_thread::get_id() == caller)
             progress(std::min(share, 1.0));
     };
-    schedule_.graph.execute(threads_, [&](int t) {
+    const Progress add = std::cref(count);
+    const auto perform = [&](int t) {
         const Task& task = schedule_.tasks[t];
         const double begin = times ? watch.seconds() : 0.0;
         if (task.kind == Task::Kind::branch)
@@ -80,8 +81,9 @@ void Factor::factorise(const double* value, const PivotRule& rule, const Progres
         else
             add(doTile(task, value, rule));
         if (times)
-            times[t] = {schedule_.graph.thread(threads_), begin, watch.seconds()};
-    });
+            times[t] = {TaskGraph::thread(), begin, watch.seconds()};
+    };
+    schedule_.graph.execute(threads_, std::cref(perform)); // which takes no memory
     countPivots(rule.shift > 0.0);
 }
 

@@ -20,8 +20,8 @@ public:
     // all. What a task throws ends the others that have not begun, and is thrown again when all have ended.
     void execute(int threads, const std::function<void(int)>& task) const;
 
-    // For a task that execute() performs on so many threads: which of them it is on, from 0.
-    int thread(int threads) const;
+    // For a task that execute() performs: on which of the threads, from 0.
+    static int thread();
 
     int count() const { return static_cast<int>(waits_.size()); }
     std::size_t edges() const { return next_.size(); }
@@ -34,8 +34,6 @@ public:
 
 private:
     friend class Run;
-    bool inSequence(int threads) const { return threads == 1 || count() < 2; }
-
     std::vector<int> waits_;          // of each task: for how many
     std::vector<std::int64_t> start_; // of each task: where those that wait for it start in next_
     std::vector<int> next_;

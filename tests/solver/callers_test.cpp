@@ -35,19 +35,22 @@ bool differs(int k, int threads)
 
 constexpr int calls = 6;
 
+// Of different numbers of threads, more than there are processors: the runtime has nothing to say on it.
 TEST(Callers, TwoHandlesAtOnce)
 {
     system(0); // and the other one
+    testing::internal::CaptureStderr();
     std::atomic<int> wrong{0};
     std::vector<std::thread> callers;
     for (int k = 0; k < 2; ++k)
         callers.emplace_back([&wrong, k] {
             for (int round = 0; round < calls; ++round)
-                wrong += differs(k, 1 + (k + round) % 3);
+                wrong += differs(k, 2 + 3 * k + round % 3);
         });
     for (std::thread& caller : callers)
         caller.join();
     EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
 TEST(Callers, WorkersOfTheSameRuntime)
@@ -70,6 +73,23 @@ TEST(Callers, AnArenaOfOneThread)
             group.run([&, k] { wrong += differs(k, 3); });
         group.wait();
     });
+    EXPECT_EQ(wrong, 0);
+}
+
+// Who gives up his own tasks has called for a solution all the same.
+TEST(Callers, AGroupOfTasksThatIsCancelled)
+{
+    system(0);
+    std::atomic<int> wrong{0}, called{0};
+    tbb::task_group group;
+    group.run([&] {
+        for (; called < 3; ++called) {
+            group.cancel();
+            wrong += differs(called, 2);
+        }
+    });
+    group.wait();
+    EXPECT_EQ(called, 3);
     EXPECT_EQ(wrong, 0);
 }
 
