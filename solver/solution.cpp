@@ -14,20 +14,36 @@ constexpr int few = 16;
 // Entries of the factor times right-hand sides from which on threads are worth their start.
 constexpr double worthThreads = 1e6;
 
-// One number, or a multiple of columnGroup.
-void copyRow(int width, const double* from, double* to)
+// Rows of `width` numbers, one or a multiple of columnGroup: W[i] := V[rows[i]]
+void gather(int width, const int* rows, int count, const double* v, double* w)
 {
+    const std::int64_t step = width;
     if (width == 1)
-        *to = *from;
+        for (int i = 0; i < count; ++i)
+            w[i] = v[rows[i]];
     else
-        for (int j = 0; j < width; j += columnGroup)
-            std::copy_n(from + j, columnGroup, to + j);
+        for (int i = 0; i < count; ++i)
+            for (int j = 0; j < width; j += columnGroup)
+                std::copy_n(v + step * rows[i] + j, columnGroup, w + step * i + j);
 }
 
-void subtractRow(int width, const double* from, double* to)
+// V[rows[i]] := V[rows[i]] - W[i]
+void subtract(int width, const int* rows, int count, const double* w, double* v)
 {
-    for (int j = 0; j < width; ++j)
-        to[j] -= from[j];
+    const std::int64_t step = width;
+    if (width == 1)
+        for (int i = 0; i < count; ++i)
+            v[rows[i]] -= w[i];
+    else
+        for (int i = 0; i < count; ++i)
+            for (int j = 0; j < width; ++j)
+                v[step * rows[i] + j] -= w[step * i + j];
+}
+
+// Where the next array starts, behind so many numbers: with a cache line.
+std::int64_t aligned(std::int64_t count)
+{
+    return (count + 7) / 8 * 8;
 }
 
 } // namespace
@@ -36,21 +52,19 @@ void Factor::solve(Vectors& x, bool transposed, int threads) const
 {
     const int width = x.columns == 1 ? 1 : (x.columns + columnGroup - 1) / columnGroup * columnGroup;
     const std::int64_t step = width;
-    const Workspace y(step * analysis_.n), given(step * static_cast<std::int64_t>(pieces_.rows.size()));
-    for (int k = 0; k < x.n; ++k) {
-        double* const row = y.get() + step * k;
+    const std::int64_t own = aligned(step * analysis_.n);
+    const Workspace room(own + step * static_cast<std::int64_t>(pieces_.rows.size()));
+    double *const y = room.get(), *const given = y + own;
+    for (int k = 0; k < x.n; ++k)
         for (int j = 0; j < width; ++j)
-            row[j] = j < x.columns ? x.column(j)[analysis_.permutation[k]] : 0.0;
-    }
+            y[j + step * k] = j < x.columns ? x.column(j)[analysis_.permutation[k]] : 0.0;
     const double work = static_cast<double>(width) * static_cast<double>(analysis_.panelEntries);
     const int used = work < worthThreads ? 1 : threads, count = pieces_.up.count();
-    pieces_.up.execute(used,
-                       [&](int p) { forward(pieces_.pieces[p], width, transposed, y.get(), given.get()); });
-    pieces_.down.execute(used,
-                         [&](int t) { backward(pieces_.pieces[count - 1 - t], width, transposed, y.get()); });
+    pieces_.up.execute(used, [&](int p) { forward(pieces_.pieces[p], width, transposed, y, given); });
+    pieces_.down.execute(used, [&](int t) { backward(pieces_.pieces[count - 1 - t], width, transposed, y); });
     for (int j = 0; j < x.columns; ++j)
         for (int k = 0; k < x.n; ++k)
-            x.column(j)[analysis_.permutation[k]] = y.get()[j + step * k];
+            x.column(j)[analysis_.permutation[k]] = y[j + step * k];
 }
 
 // Where a piece works: its pivots in Y, or, where it has rows outside, a copy of them with room for those.
@@ -59,8 +73,8 @@ struct Factor::Desk
 {
     Desk(const Piece& piece, std::int64_t step, double* y)
         : own(y + step * piece.begin), pivots(step * (piece.end - piece.begin)), outside(step * piece.count),
-          room(outside > 0 ? pivots + outside : 0), work(step * piece.largestFront),
-          v(outside > 0 ? room.get() : own)
+          copied(outside > 0 ? aligned(pivots + outside) : 0), room(copied + step * piece.largestFront),
+          v(outside > 0 ? room.get() : own), work(room.get() + copied)
     {
         if (outside > 0)
             std::copy_n(own, pivots, v);
@@ -72,9 +86,9 @@ struct Factor::Desk
     }
 
     double* own;
-    std::int64_t pivots, outside;
-    Workspace room, work;
-    double* v;
+    std::int64_t pivots, outside, copied;
+    Workspace room;
+    double *v, *work; // work has the rows of one front
 };
 
 // `given`: what each piece takes from the rows outside of it.
@@ -82,12 +96,11 @@ void Factor::forward(const Piece& piece, int width, bool transposed, double* y, 
 {
     const std::int64_t step = width;
     Desk desk(piece, step, y);
-    double *const v = desk.v, *const work = desk.work.get();
+    double *const v = desk.v, *const work = desk.work;
     std::fill_n(v + desk.pivots, desk.outside, 0.0);
     for (int c : piece.children) {
         const Piece& child = pieces_.pieces[c];
-        for (std::int64_t i = child.outside; i < child.outside + child.count; ++i)
-            subtractRow(width, given + step * i, v + step * pieces_.at[i]);
+        subtract(width, pieces_.at.data() + child.outside, child.count, given + step * child.outside, v);
     }
     for (int f = piece.first; f <= piece.last; ++f) {
         const Front& front = analysis_.fronts[f];
@@ -97,8 +110,7 @@ void Factor::forward(const Piece& piece, int width, bool transposed, double* y, 
             forwardByUpper(front, width, own, work);
         else
             forwardByLower(front, width, own, work);
-        for (int i = front.pivots; i < front.order; ++i)
-            subtractRow(width, work + step * i, v + step * rows[i]);
+        subtract(width, rows + front.pivots, front.rest(), work + step * front.pivots, v);
     }
     double* const out = given + step * piece.outside;
     for (std::int64_t i = 0; i < desk.outside; ++i)
@@ -110,16 +122,14 @@ void Factor::backward(const Piece& piece, int width, bool transposed, double* y)
 {
     const std::int64_t step = width;
     Desk desk(piece, step, y);
-    double *const v = desk.v, *const work = desk.work.get();
-    for (int i = 0; i < piece.count; ++i)
-        copyRow(width, y + step * pieces_.rows[piece.outside + i], v + desk.pivots + step * i);
+    double *const v = desk.v, *const work = desk.work;
+    gather(width, pieces_.rows.data() + piece.outside, piece.count, y, v + desk.pivots);
     for (int f = piece.last; f >= piece.first; --f) {
         const Front& front = analysis_.fronts[f];
         const int* rows = pieces_.local.data() + front.rows;
         double* const own = v + step * (front.first - piece.begin);
         std::copy_n(own, step * front.pivots, work);
-        for (int i = front.pivots; i < front.order; ++i)
-            copyRow(width, v + step * rows[i], work + step * i);
+        gather(width, rows + front.pivots, front.rest(), v, work + step * front.pivots);
         if (transposed || symmetric_)
             backwardByLower(front, width, work);
         else
