@@ -62,8 +62,6 @@ void Factor::factorise(const double* value, const PivotRule& rule, const Progres
     std::mutex counting;
     double done = 0.0;
     const auto count = [&](double flops) {
-        if (!progress || flops == 0.0)
-            return;
         double share;
         {
             const std::lock_guard<std::mutex> lock(counting);
@@ -72,14 +70,14 @@ void Factor::factorise(const double* value, const PivotRule& rule, const Progres
         if (std::this_thread::get_id() == caller)
             progress(std::min(share, 1.0));
     };
-    const Progress add = std::cref(count);
+    const Progress add = progress ? Progress(std::cref(count)) : Progress();
     const auto perform = [&](int t) {
         const Task& task = schedule_.tasks[t];
         const double begin = times ? watch.seconds() : 0.0;
         if (task.kind == Task::Kind::branch)
             eliminateBranch(schedule_.branches[task.front], value, rule, add);
-        else
-            add(doTile(task, value, rule));
+        else if (const double flops = doTile(task, value, rule); add && flops > 0.0)
+            add(flops);
         if (times)
             times[t] = {TaskGraph::thread(), begin, watch.seconds()};
     };
@@ -167,7 +165,8 @@ void Factor::eliminateBranch(const Branch& branch, const double* value, const Pi
             used[parity] += static_cast<std::int64_t>(front.rest()) * front.rest();
             bench->waiting[parity].push_back(f);
         }
-        add(symmetric_ ? front.flops() : 2.0 * front.flops());
+        if (add)
+            add(symmetric_ ? front.flops() : 2.0 * front.flops());
     }
 }
 

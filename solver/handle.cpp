@@ -21,7 +21,7 @@ constexpr double pivotShift = 0x1p-26;
 // What counts as tiny then: whatever the shift surely moves away from zero, to half of itself at least.
 constexpr double shiftTolerance = pivotShift / 2;
 // What rounding makes of a pivot that is zero is below this.
-constexpr double soundPivot = 0x1p-36;
+constexpr double soundPivot = 0x1p-42;
 // A factor that needs more than a few steps of refinement is not a good one, and the best there is may need
 // much.
 constexpr Effort few{5, 0}, much{20, 10};
