@@ -59,6 +59,14 @@ SparseMatrix Equilibrated::applied(const SparseMatrix& a) const
     return m;
 }
 
+SparseMatrix Equilibrated::appliedInPlace(SparseMatrix a) const
+{
+    for (int i = 0; i < a.n; ++i)
+        for (std::int64_t p = a.start[i]; p < a.start[i + 1]; ++p)
+            a.value[p] *= row[i] * column[a.column[p]];
+    return a;
+}
+
 std::vector<double> diagonalScales(const std::vector<double>& diagonal)
 {
     std::vector<double> s(diagonal.size());

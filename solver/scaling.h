@@ -17,6 +17,8 @@ struct Equilibrated
 
     // A with other values, by the same exchanges and factors
     SparseMatrix applied(const SparseMatrix& a) const;
+    // the same where no row was exchanged, in the memory of A
+    SparseMatrix appliedInPlace(SparseMatrix a) const;
 
     // b of A*x = b to the right-hand side of the equilibrated system, and its solution back to x; in place
     void enter(Vectors& b) const;
