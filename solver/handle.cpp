@@ -146,7 +146,7 @@ double bla_solver::bytes(const Plan& used) const
     const double scaled = (sizeof(double) + sizeof(int)) * entries; // the equilibrated matrix
     const double vectors =
         3 * sizeof(double) + 2 * sizeof(int); // its pointers, factors and exchanges; replaced
-    const double trial = 8 * sizeof(double); // solutions that try the factor
+    const double trial = 8 * sizeof(double);  // solutions that try the factor
     const double times =
         options.record > 0.0 ? sizeof(TaskTime) * static_cast<double>(used.schedule->tasks.size()) : 0.0;
     return rows->bytes() + used.bytes() + times +
