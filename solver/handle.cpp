@@ -146,7 +146,7 @@ double bla_solver::bytes(const Plan& used) const
     const double scaled = (sizeof(double) + sizeof(int)) * entries; // the equilibrated matrix
     const double vectors =
         3 * sizeof(double) + 2 * sizeof(int); // its pointers, factors and exchanges; replaced
-    const double trial = 8 * sizeof(double);  // solutions that try the factor
+    const double trial = used.symmetric() ? 0.0 : 8 * sizeof(double); // solutions that try the factor
     const double times =
         options.record > 0.0 ? sizeof(TaskTime) * static_cast<double>(used.schedule->tasks.size()) : 0.0;
     return rows->bytes() + used.bytes() + times +
@@ -198,7 +198,7 @@ void bla_solver::factoriseWell(Factor& factor, const double* value, Numbers& mad
                              [&](Vectors& x) { factor.solve(x, true, threads()); }, true};
     try {
         if (a.n == 0)
-            a = made.equilibrated.appliedInPlace(rows->matrix(value));
+            a = made.equilibrated.applied(rows->matrix(value));
         const Recovery first = recover(a, inverse.solve, few);
         if (first.good())
             return;
