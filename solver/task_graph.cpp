@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <condition_variable>
 #include <exception>
+#include <functional>
 #include <mutex>
 #include <new>
 #include <numeric>

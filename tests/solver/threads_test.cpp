@@ -216,8 +216,8 @@ TEST_P(Threads, DelaysChangeNoBit)
     auto random = generator(32);
     const std::vector<double> expected = Trial(a, 1, GetParam().rule()).run();
     for (int threads : {2, 3, 8, 3}) {
-        Trial trial(a, threads, GetParam().rule());
         const disorder::Instead instead(disorder::onThreads(threads, random));
+        Trial trial(a, threads, GetParam().rule());
         ASSERT_TRUE(sameBits(expected, trial.run())) << threads << " threads";
     }
 }
