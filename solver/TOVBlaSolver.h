@@ -32,13 +32,16 @@
  * a call. A matrix that cannot be solved is not a failure but an answer: see `error_estimate` and
  * `replaced_pivots`.
  *
- * **Bits.** The order of elimination depends on the pattern (and, as bla_solver_factorise says, on some of
- * the numbers) alone, not on what other handles or threads do; the stream of the C library's rand() goes on
- * after a call as if it had not been made. A thread that draws from it, or seeds it, during an analysis may
- * get numbers of the analysis's private stream.
+ * **Bits.** Pivots, factor and solutions are the same, bit for bit, with any number of threads and at every
+ * run, over the same BLAS on the same processor. The order of elimination depends on the pattern (and, as
+ * bla_solver_factorise says, on some of the numbers) alone, not on what other handles or threads do; the
+ * stream of the C library's rand() goes on after a call as if it had not been made. A thread that draws from
+ * it, or seeds it, during an analysis may get numbers of the analysis's private stream.
  *
- * **BLAS threads.** Their number is set during bla_solver_factorise, bla_solver_solve and bla_solver_refine,
- * and put back as it was.
+ * **Threads.** Work is shared out by oneTBB, whose workers join the calling thread; that may be one of them.
+ * The BLAS beneath has one thread meanwhile: its number, which is the process's, is set during
+ * bla_solver_factorise, bla_solver_solve and bla_solver_refine, and put back when the last of them ends. A
+ * rounding mode, or denormals flushed to zero, that the calling thread has set hold for its workers too.
  */
 #ifndef TOVBLASOLVER_H
 #define TOVBLASOLVER_H
@@ -96,7 +99,9 @@ const char* bla_solver_message(const bla_solver* solver);
 /**
  * Sets an option. It holds from the next call that it concerns.
  *
- * - `threads` (0): of factorisation and solution; 0: one per processor.
+ * - `threads` (0): at most so many, of everything but refinement's own sums; 0: one per processor. Each takes
+ *   some memory (`memory` counts it) and more of them than processors gain nothing. One is used over a BLAS
+ *   that several threads may not call at once: an OpenBLAS built without threads and without USE_LOCKING.
  * - `tolerance` (1e-14): a pivot of at most this magnitude in the scaled matrix, whose largest entries are
  *   about 1, is tiny; 0 to 1.
  * - `shift` (0): by how much tiny pivots of the scaled matrix are moved away from zero, 0 to 1. 0: they are
@@ -111,8 +116,8 @@ const char* bla_solver_message(const bla_solver* solver);
  * - `record` (0): 1: the next factorisations note when and on which thread each of their tasks runs, for
  *   bla_solver_tasks.
  *
- * `ordering` concerns bla_solver_analyse, `refinements` bla_solver_refine, the others bla_solver_factorise
- * and what follows.
+ * `ordering` concerns bla_solver_analyse, `refinements` bla_solver_refine, `threads` everything, the others
+ * bla_solver_factorise and what follows.
  */
 int bla_solver_set(bla_solver* solver, const char* option, double value);
 

@@ -4,13 +4,17 @@
 #include "order.h"
 #include "storage.h"
 #include "supernodes.h"
+#include "task_graph.h"
 
 #include <algorithm>
 #include <stdexcept>
+#include <tuple>
+#include <utility>
 
 namespace {
 
-constexpr std::int32_t bothOrders = 30000; // up to here two orders cost less than the better one saves
+constexpr std::int32_t bothOrders = 30000;  // up to here two orders cost less than the better one saves
+constexpr std::int32_t worthThreads = 1000; // from here on starting them costs less than they save
 
 // The order, with every late vertex moved behind the last of its neighbours that are not late, and what is
 // kept behind all.
@@ -77,17 +81,22 @@ Chosen choose(const Pattern& pattern, const std::vector<char>& late, const Analy
     Chosen best{compressedGraph(pattern, late, options.kept), {}, Ordering::choose};
     const bool metis = options.ordering != Ordering::amd && metisTakes(best.graph.start.back());
     const bool amd = !metis || (options.ordering == Ordering::choose && pattern.n <= bothOrders);
-    const auto consider = [&](std::vector<std::int32_t> order, Ordering ordering) {
-        Elimination e = eliminate(best.graph, postponed(best.graph, std::move(order), late));
-        if (best.ordering == Ordering::choose || e.entries < best.elimination.entries) {
-            best.elimination = std::move(e);
-            best.ordering = ordering;
-        }
-    };
+    std::vector<std::pair<Ordering, Elimination>> candidates;
     if (metis)
-        consider(metisOrder(best.graph), Ordering::metis);
+        candidates.emplace_back(Ordering::metis, Elimination());
     if (amd)
-        consider(amdOrder(pattern, best.graph), Ordering::amd);
+        candidates.emplace_back(Ordering::amd, Elimination());
+    const int threads = pattern.n < worthThreads ? 1 : options.threads;
+    TaskGraph(static_cast<int>(candidates.size()), {}).execute(threads, [&](int c) {
+        auto& [ordering, elimination] = candidates[c];
+        std::vector<std::int32_t> order =
+            ordering == Ordering::metis ? metisOrder(best.graph) : amdOrder(pattern, best.graph);
+        elimination = eliminate(best.graph, postponed(best.graph, std::move(order), late));
+    });
+    const auto sparsest =
+        std::min_element(candidates.begin(), candidates.end(),
+                         [](const auto& x, const auto& y) { return x.second.entries < y.second.entries; });
+    std::tie(best.ordering, best.elimination) = std::move(*sparsest);
     return best;
 }
 
@@ -159,24 +168,6 @@ void listRows(const Graph& graph, const Supernodes& nodes, Analysis& result)
     }
 }
 
-// Contributions are stacked, one stack for even depths and one for odd: those of a front's children lie on
-// top of the other stack, so that its own can be put down before they are taken away.
-void measureStacks(Analysis& result)
-{
-    std::int64_t used[2] = {0, 0};
-    std::vector<std::int64_t> children(result.fronts.size(), 0);
-    for (std::size_t f = 0; f < result.fronts.size(); ++f) {
-        const Front& front = result.fronts[f];
-        const int parity = front.depth % 2;
-        const std::int64_t size = static_cast<std::int64_t>(front.rest()) * front.rest();
-        used[parity] += size;
-        result.stack[parity] = std::max(result.stack[parity], used[parity]);
-        used[1 - parity] -= children[f];
-        if (front.parent >= 0)
-            children[front.parent] += size;
-    }
-}
-
 } // namespace
 
 // A pivot with m rows below it: m multipliers, and m(m + 1)/2 entries updated by a product and a difference.
@@ -203,7 +194,6 @@ Analysis analyse(const Pattern& pattern, const std::vector<char>& late, const An
     numberUnknowns(chosen.graph, nodes.vertex, result);
     layOut(nodes, result);
     listRows(chosen.graph, nodes, result);
-    measureStacks(result);
     if (chosen.graph.kept >= 0) // the last that is eliminated
         result.kept = static_cast<int>(result.fronts.size()) - 1;
     return result;

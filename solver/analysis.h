@@ -41,7 +41,6 @@ struct Analysis
     std::int64_t panelEntries = 0, rightEntries = 0; // storage of the factor
     std::int64_t lowerEntries = 0;                   // entries of L on and below the diagonal
     double flops = 0.0;                              // of the symmetric factorisation
-    std::int64_t stack[2] = {0, 0};                  // contributions alive at once, by parity of depth
 
     double bytes() const;
     const int* rowsOf(const Front& f) const { return rows.data() + f.rows; }
@@ -55,6 +54,7 @@ struct AnalysisOptions
     const std::int32_t* order = nullptr;
     // Unknowns that are eliminated last, in a front of their own.
     std::vector<std::int32_t> kept;
+    int threads = 1; // for orders made beside each other
 };
 
 // Unknowns marked in `late` (which may be empty) are eliminated after all their neighbours that are not:

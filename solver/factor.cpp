@@ -4,6 +4,8 @@
 #include "stopwatch.h"
 
 #include <algorithm>
+#include <cmath>
+#include <thread>
 
 Factor::Factor(const Analysis& analysis, const Assembly& assembly, const Schedule& schedule,
                const Pieces& pieces, int threads)
@@ -56,23 +58,32 @@ void Factor::factorise(const double* value, const PivotRule& rule, const Progres
         std::fill(shift_.begin(), shift_.end(), rule.shift);
     }
 
-    std::mutex telling;
+    const std::thread::id caller = std::this_thread::get_id();
+    std::mutex counting;
     double done = 0.0;
-    schedule_.graph.execute(threads_, [&](int t) {
+    const auto count = [&](double flops) {
+        if (!progress || flops == 0.0)
+            return;
+        double share;
+        {
+            const std::lock_guard<std::mutex> lock(counting);
+            share = (done += flops) / std::max(this->flops(), 1.0);
+        }
+        if (std::this_thread::get_id() == caller)
+            progress(std::min(share, 1.0));
+    };
+    const Progress add = std::cref(count);
+    const auto perform = [&](int t) {
         const Task& task = schedule_.tasks[t];
         const double begin = times ? watch.seconds() : 0.0;
-        double flops = 0.0;
         if (task.kind == Task::Kind::branch)
-            flops = eliminateBranch(schedule_.branches[task.front], value, rule);
+            eliminateBranch(schedule_.branches[task.front], value, rule, add);
         else
-            flops = doTile(task, value, rule);
+            add(doTile(task, value, rule));
         if (times)
-            times[t] = {schedule_.graph.thread(threads_), begin, watch.seconds()};
-        if (progress && flops > 0.0) {
-            const std::lock_guard<std::mutex> lock(telling);
-            progress(std::min((done += flops) / std::max(analysis_.flops, 1.0), 1.0));
-        }
-    });
+            times[t] = {TaskGraph::thread(), begin, watch.seconds()};
+    };
+    schedule_.graph.execute(threads_, std::cref(perform)); // which takes no memory
     countPivots(rule.shift > 0.0);
 }
 
@@ -90,19 +101,37 @@ Pivots Factor::pivotsFrom(int k)
 }
 
 // One bench for each thread: there is an idle one.
-double Factor::eliminateBranch(const Branch& branch, const double* value, const PivotRule& rule)
+class Factor::Seat
 {
-    Bench* bench;
+public:
+    explicit Seat(Factor& factor) : factor_(factor)
     {
-        const std::lock_guard<std::mutex> lock(benchesInUse_);
-        bench = idle_.back();
-        idle_.pop_back();
+        const std::lock_guard<std::mutex> lock(factor_.benchesInUse_);
+        bench_ = factor_.idle_.back();
+        factor_.idle_.pop_back();
     }
+    ~Seat()
+    {
+        const std::lock_guard<std::mutex> lock(factor_.benchesInUse_);
+        factor_.idle_.push_back(bench_);
+    }
+    Seat(const Seat&) = delete;
+    Seat& operator=(const Seat&) = delete;
+    Bench* operator->() const { return bench_; }
+
+private:
+    Factor& factor_;
+    Bench* bench_;
+};
+
+void Factor::eliminateBranch(const Branch& branch, const double* value, const PivotRule& rule,
+                             const Progress& add)
+{
+    const Seat bench(*this);
     double* const stack[2] = {bench->stack[0].get(), bench->stack[1].get()};
     std::int64_t used[2] = {0, 0};
     for (std::vector<int>& waiting : bench->waiting)
         waiting.clear();
-    double flops = 0.0;
     for (int f = branch.first; f <= branch.last; ++f) {
         const Front& front = analysis_.fronts[f];
         const int parity = front.depth % 2;
@@ -138,11 +167,8 @@ double Factor::eliminateBranch(const Branch& branch, const double* value, const 
             used[parity] += static_cast<std::int64_t>(front.rest()) * front.rest();
             bench->waiting[parity].push_back(f);
         }
-        flops += front.flops();
+        add(symmetric_ ? front.flops() : 2.0 * front.flops());
     }
-    const std::lock_guard<std::mutex> lock(benchesInUse_);
-    idle_.push_back(bench);
-    return flops;
 }
 
 // Zeros, and the entries of A; of C nothing.
@@ -158,13 +184,14 @@ void Factor::assemble(int f, int begin, int end, const double* value, const Fron
     assembly_.addEntries(f, begin, end, value, front);
 }
 
-// Returns the flops of a front when all of it is done.
+// Returns the flops, but for terms of lower order.
 double Factor::doTile(const Task& task, const double* value, const PivotRule& rule)
 {
     const Front& front = analysis_.fronts[task.front];
-    const Tiling tiling = tilingOf(front);
+    const Tiling tiling = tilingOf(front, schedule_.cuts);
     const FrontStorage own = storage(task.front, contributions_.get() + schedule_.contribution[task.front]);
     const auto width = [&](int t) { return tiling.end(t) - tiling.begin(t); };
+    const auto products = [&](int a, int b, int c) { return 1.0 * width(a) * width(b) * width(c); };
     struct Tile
     {
         double* data;
@@ -202,15 +229,15 @@ double Factor::doTile(const Task& task, const double* value, const PivotRule& ru
     case Task::Kind::eliminate:
         eliminatePivots(rule, symmetric_, width(k), tile(k, k).data, front.order,
                         pivotsFrom(front.first + tiling.begin(k)));
-        return 0.0;
+        return products(k, k, k) * (symmetric_ ? 1.0 : 2.0) / 3.0;
     case Task::Kind::lower:
         solveLower(rule, symmetric_, width(task.i), width(k), tile(k, k).data, front.order,
                    tile(task.i, k).data, front.order, dinv_.data() + front.first + tiling.begin(k));
-        return 0.0;
+        return products(task.i, k, k);
     case Task::Kind::upper:
         solveUpper(width(task.j), width(k), tile(k, k).data, front.order, tile(k, task.j).data,
                    tile(k, task.j).ld);
-        return 0.0;
+        return products(k, k, task.j);
     case Task::Kind::update: {
         const Tile c = tile(task.i, task.j);
         if (symmetric_)
@@ -220,14 +247,19 @@ double Factor::doTile(const Task& task, const double* value, const PivotRule& ru
         else
             updateUnsymmetric(width(task.i), width(task.j), width(k), tile(task.i, k).data, front.order,
                               tile(k, task.j).data, tile(k, task.j).ld, 1.0, c.data, c.ld);
-        return 0.0;
+        return products(task.i, task.j, k) * (symmetric_ && task.i == task.j ? 1.0 : 2.0);
     }
     case Task::Kind::finish:
-        return front.flops();
     case Task::Kind::branch:
         break;
     }
     return 0.0;
+}
+
+double Factor::smallestPivot() const
+{
+    const auto smaller = [](double x, double y) { return std::fabs(x) < std::fabs(y); };
+    return std::fabs(*std::min_element(d_.begin(), d_.end(), smaller));
 }
 
 void Factor::countPivots(bool shifted)

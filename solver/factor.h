@@ -13,7 +13,8 @@
 #include <mutex>
 #include <vector>
 
-// Called now and then with the share of the work that is done. May throw, which leaves the factor unusable.
+// Called now and then with the share of the work that is done, on the thread that factorises. May throw,
+// which leaves the factor unusable.
 using Progress = std::function<void(double)>;
 
 // A tiny pivot that was replaced or shifted. What was factorised is A with `shift` added to the diagonal
@@ -45,13 +46,14 @@ public:
                    TaskTime* times = nullptr);
 
     // X := A^-1 * X, or A^-T * X
-    void solve(Vectors& x, bool transposed = false) const;
+    void solve(Vectors& x, bool transposed = false, int threads = 1) const;
 
     // Signs of the pivots that were used as they came, and those that were not.
     int positive() const { return positive_; }
     int negative() const { return negative_; }
     int treated() const { return static_cast<int>(treated_.size()); }
     const std::vector<TreatedPivot>& treatedPivots() const { return treated_; }
+    double smallestPivot() const; // by magnitude; n > 0
 
     // Pivots in the order of elimination; the Schur complement of the unknowns that the analysis keeps, of
     // their order, by columns: of a symmetric matrix the lower triangle.
@@ -75,10 +77,14 @@ private:
         std::vector<int> waiting[2];
     };
 
+    class Seat; // of a thread at a bench
+    struct Desk;
+
     FrontStorage storage(int front, double* schur) const;
     Pivots pivotsFrom(int k);
     void assemble(int front, int begin, int end, const double* value, const FrontStorage& storage) const;
-    double eliminateBranch(const Branch& branch, const double* value, const PivotRule& rule);
+    void eliminateBranch(const Branch& branch, const double* value, const PivotRule& rule,
+                         const Progress& add);
     double doTile(const Task& task, const double* value, const PivotRule& rule);
     void forward(const Piece& piece, int width, bool transposed, double* y, double* given) const;
     void backward(const Piece& piece, int width, bool transposed, double* y) const;

@@ -48,7 +48,7 @@ void solveByLower(int m, int n, const double* l, int ldl, double* b, int ldb)
         dense::trsm('L', 'L', 'N', 'N', m, n, l, ldl, b, ldb);
         return;
     }
-    double inverse[solveBlock * solveBlock];
+    alignas(64) double inverse[solveBlock * solveBlock]; // at the same place in a line on every stack
     for (int j = 0; j < m; ++j)
         std::copy_n(l + j + static_cast<std::int64_t>(ldl) * j, m - j, inverse + j + m * j);
     dense::invert('L', 'N', m, inverse, m);

@@ -8,6 +8,7 @@
 #include "stopwatch.h"
 
 #include <algorithm>
+#include <cmath>
 #include <new>
 #include <numeric>
 #include <thread>
@@ -19,6 +20,8 @@ namespace {
 constexpr double pivotShift = 0x1p-26;
 // What counts as tiny then: whatever the shift surely moves away from zero, to half of itself at least.
 constexpr double shiftTolerance = pivotShift / 2;
+// What rounding makes of a pivot that is zero is below this.
+constexpr double soundPivot = 0x1p-36;
 // A factor that needs more than a few steps of refinement is not a good one, and the best there is may need
 // much.
 constexpr Effort few{5, 0}, much{20, 10};
@@ -63,7 +66,7 @@ void bla_solver::analyse(Kind kind, int n, const std::int64_t* start, const int*
 {
     Stopwatch watch;
     report("analysing", 0.0);
-    Wishes asked{static_cast<Ordering>(static_cast<int>(options.ordering)), {}, kept};
+    Wishes asked{static_cast<Ordering>(static_cast<int>(options.ordering)), {}, kept, threads()};
     if (asked.ordering == Ordering::given)
         asked.order = order;
     checkWishes(asked, n);
@@ -130,6 +133,9 @@ void bla_solver::factorise(const double* value)
 
 int bla_solver::threads() const
 {
+    static const bool callers = blasTakesCallers();
+    if (!callers)
+        return 1;
     return options.threads > 0.0 ? static_cast<int>(options.threads)
                                  : static_cast<int>(std::max(std::thread::hardware_concurrency(), 1u));
 }
@@ -178,17 +184,18 @@ void bla_solver::factoriseWell(Factor& factor, const double* value, Numbers& mad
     const PivotRule asked{options.tolerance, options.shift, width},
         shifting{shiftTolerance, pivotShift, width};
     const auto run = [&](const PivotRule& rule, const char* phase) {
-        factor.factorise(
-            used, rule, [&](double share) { report(phase, share); },
-            made.times ? made.times->data() : nullptr);
+        factor.factorise(used, rule, monitor ? [&](double share) { report(phase, share); } : Progress(),
+                         made.times ? made.times->data() : nullptr);
         made.shifted = rule.shift > 0.0;
     };
     run(asked, "factorising");
-    const bool definite = n() == 0 || (symmetric && factor.negative() == 0 && factor.treated() == 0);
-    if (definite || options.shift > 0.0 || !wishes.kept.empty())
+    if (n() == 0 || options.shift > 0.0 || !wishes.kept.empty())
         return;
-    const Factorised inverse{[&](Vectors& x) { factor.solve(x); }, [&](Vectors& x) { factor.solve(x, true); },
-                             true};
+    const bool definite = symmetric && factor.negative() == 0 && factor.treated() == 0;
+    if (definite && factor.smallestPivot() > soundPivot)
+        return;
+    const Factorised inverse{[&](Vectors& x) { factor.solve(x, false, threads()); },
+                             [&](Vectors& x) { factor.solve(x, true, threads()); }, true};
     try {
         if (a.n == 0)
             a = made.equilibrated.applied(rows->matrix(value));
@@ -209,13 +216,13 @@ void bla_solver::factoriseWell(Factor& factor, const double* value, Numbers& mad
         run(asked, "factorising again");
 }
 
-void bla_solver::apply(Vectors& x, bool transposed) const
+void bla_solver::apply(Vectors& x, bool transposed, int threads) const
 {
     if (transposed)
         numbers->equilibrated.enterTransposed(x);
     else
         numbers->equilibrated.enter(x);
-    numbers->factor->solve(x, transposed);
+    numbers->factor->solve(x, transposed, threads);
     if (transposed)
         numbers->equilibrated.leaveTransposed(x);
     else
@@ -226,12 +233,18 @@ void bla_solver::solve(bool transposed, int columns, double* b, std::int64_t ldb
 {
     Stopwatch watch;
     const OneBlasThread beneath;
-    for (int j = 0; j < columns && n() > 0; j += blockColumns) { // of nothing, b may be missing
-        report("solving", static_cast<double>(j) / columns);
+    const std::thread::id caller = std::this_thread::get_id();
+    // Of nothing, b may be missing.
+    const int blocks = n() == 0 ? 0 : (columns + blockColumns - 1) / blockColumns;
+    const int together = std::clamp(blocks, 1, threads());
+    TaskGraph(blocks, {}).execute(together, [&](int block) {
+        const int j = blockColumns * block;
+        if (std::this_thread::get_id() == caller)
+            report("solving", static_cast<double>(j) / columns);
         Vectors x = copied(b + ldb * j, ldb, n(), std::min(blockColumns, columns - j));
-        apply(x, transposed);
+        apply(x, transposed, threads() / together);
         copyBack(x, b + ldb * j, ldb);
-    }
+    });
     numbers->secondsSolve = watch.lap();
 }
 
@@ -249,15 +262,16 @@ void bla_solver::refine(const double* value, int columns, const double* b, std::
     worst.unknowns = numbers->unheld.unknowns;
     const int steps = static_cast<int>(options.refinements);
     const SparseMatrix a = rows->matrix(value), scaled = numbers->equilibrated.applied(a);
-    const Factorised factorised{[&](Vectors& v) { numbers->factor->solve(v); },
-                                [&](Vectors& v) { numbers->factor->solve(v, true); }, worst.treated > 0};
+    const Factorised factorised{[&](Vectors& v) { numbers->factor->solve(v, false, threads()); },
+                                [&](Vectors& v) { numbers->factor->solve(v, true, threads()); },
+                                worst.treated > 0};
     for (int j = 0; j < columns && n() > 0; j += blockColumns) {
         report("refining", static_cast<double>(j) / columns);
         const int width = std::min(blockColumns, columns - j);
         Vectors right = copied(b + ldb * j, ldb, n(), width);
-        Refined refined =
-            refineFrom(a, right, copied(x + ldx * j, ldx, n(), width), [&](Vectors& v) { apply(v, false); },
-                       {steps, steps > 0 && worst.motions == 0 ? cycles : 0});
+        Refined refined = refineFrom(a, right, copied(x + ldx * j, ldx, n(), width),
+                                     [&](Vectors& v) { apply(v, false, threads()); },
+                                     {steps, steps > 0 && worst.motions == 0 ? cycles : 0});
         copyBack(refined.x, x + ldx * j, ldx);
         // In the equilibrated system, where neither A^-1 nor its products overflow; the error is that of x.
         numbers->equilibrated.enter(right);
@@ -268,7 +282,7 @@ void bla_solver::refine(const double* value, int columns, const double* b, std::
         const ErrorBound bound =
             boundError(scaled, right, refined.x, numbers->equilibrated.column, factorised);
         worst.residual = std::max(worst.residual, refined.residual);
-        worst.error = std::max(worst.error, bound.forward());
+        worst.error = worst.motions > 0 ? HUGE_VAL : std::max(worst.error, bound.forward());
         told->condition = std::max(told->condition, bound.cond1 + bound.cond2);
         told->backwardError = std::max(told->backwardError, refined.backward.sum());
         told->steps = std::max(told->steps, refined.steps);

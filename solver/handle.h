@@ -94,7 +94,7 @@ private:
     void report(const char* phase, double share) const;
     bool equilibrateByDiagonal(const double* value, Equilibrated& made);
     void factoriseWell(Factor& factor, const double* value, Numbers& made) const;
-    void apply(Vectors& x, bool transposed) const;
+    void apply(Vectors& x, bool transposed, int threads) const;
     int threads() const;
 
     std::vector<double> scaledEntries; // room for those that equilibrateByDiagonal makes

@@ -225,7 +225,7 @@ int bla_solver_tasks(const bla_solver* solver, bla_solver_task* tasks, std::int6
         solver->requireTasks();
         require(tasks || solver->numbers->times->empty(), "the place for the tasks is missing");
         require(start, "the place for the starts is missing");
-        require(next || solver->plan->schedule->graph.next().empty(),
+        require(next || solver->plan->schedule->graph.edges() == 0,
                 "the place for those that wait is missing");
         solver->tasks(tasks, start, next);
     });

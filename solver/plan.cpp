@@ -28,6 +28,7 @@ Plan::Plan(const SparseMatrix& pattern, const Wishes& wishes, Demands asked) : d
     options.ordering = wishes.ordering;
     options.order = wishes.order.data();
     options.kept = wishes.kept;
+    options.threads = wishes.threads;
     analysis = analyse(Pattern{whole.n, whole.start.data(), whole.column.data()}, demands.late, options);
     assembly = std::make_unique<const Assembly>(analysis, pattern);
     schedule = std::make_unique<const Schedule>(analysis, pattern.symmetric);

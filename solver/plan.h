@@ -19,6 +19,7 @@ struct Wishes
     Ordering ordering = Ordering::choose;
     std::vector<int> order; // of Ordering::given
     std::vector<int> kept;  // unknowns of the Schur complement
+    int threads = 1;
 };
 
 // What the numbers ask for.

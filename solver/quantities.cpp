@@ -62,7 +62,7 @@ constexpr Quantity known[] = {
     {"threads_used", factor, [](S s) { return static_cast<double>(s.numbers->threads); }},
     {"tasks", factor, [](S s) { return whole(recorded(s)); }},
     {"task_edges", factor,
-     [](S s) { return recorded(s) > 0 ? whole(s.plan->schedule->graph.next().size()) : 0.0; }},
+     [](S s) { return recorded(s) > 0 ? whole(s.plan->schedule->graph.edges()) : 0.0; }},
     {"seconds_factorise", factor, [](S s) { return s.numbers->seconds; }},
     {"seconds_solve", factor, solveSeconds},
     {"residual", answer, [](S s) { return s.answer->evidence.residual; }},

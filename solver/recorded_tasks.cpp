@@ -46,8 +46,12 @@ void bla_solver::tasks(bla_solver_task* tasks, std::int64_t* start, std::int32_t
             tasks[t].fronts = branch.last - branch.first + 1;
         }
     }
-    std::copy(schedule.graph.start().begin(), schedule.graph.start().end(), start);
-    std::copy(schedule.graph.next().begin(), schedule.graph.next().end(), next);
+    *start = 0;
+    for (int t = 0; t < schedule.graph.count(); ++t) {
+        const auto waiting = schedule.graph.next(t);
+        std::copy(waiting.begin(), waiting.end(), next + start[t]);
+        start[t + 1] = start[t] + static_cast<std::int64_t>(waiting.size());
+    }
 }
 
 void bla_solver::requireTasks() const

@@ -7,11 +7,6 @@
 
 namespace {
 
-// A branch is a 64th of the work at most, so that 16 threads have enough of them, and worth the switch.
-constexpr double parts = 64.0, leastBranch = 2e6;
-// Tiles are large enough for the rate of products, and few.
-constexpr int leastTile = 256, mostTiles = 24;
-
 // What a front costs: flops, and assembly by about the time of as many.
 double work(const Front& front)
 {
@@ -37,7 +32,7 @@ int addFront(Builder& builder, const Analysis& analysis, int f, bool symmetric,
              const std::vector<int>& before)
 {
     const Front& front = analysis.fronts[f];
-    const Tiling tiling = tilingOf(front);
+    const Tiling tiling = tilingOf(front, builder.schedule.cuts);
     const int tiles = tiling.tiles(), pivotTiles = tiling.pivotTiles();
     std::vector<int> last(static_cast<std::size_t>(tiles) * tiles); // that wrote each tile
     const auto tile = [&](int i, int j) -> int& { return last[i + static_cast<std::size_t>(tiles) * j]; };
@@ -150,13 +145,13 @@ void placeContributions(const Analysis& analysis, Schedule& schedule)
 
 } // namespace
 
-Tiling tilingOf(const Front& front)
+Tiling tilingOf(const Front& front, const Cuts& cuts)
 {
-    const int width = std::max(leastTile, (front.order / mostTiles + 31) / 32 * 32);
+    const int width = std::max(cuts.leastTile, (front.order / cuts.mostTiles + 31) / 32 * 32);
     return {front.pivots, front.order, width};
 }
 
-Schedule::Schedule(const Analysis& analysis, bool symmetric)
+Schedule::Schedule(const Analysis& analysis, bool symmetric, const Cuts& wanted) : cuts(wanted)
 {
     const int count = static_cast<int>(analysis.fronts.size());
     std::vector<double> below(count, 0.0);
@@ -167,7 +162,7 @@ Schedule::Schedule(const Analysis& analysis, bool symmetric)
         if (const int parent = analysis.fronts[f].parent; parent >= 0)
             below[parent] += below[f];
     }
-    const double limit = std::max(total / parts, leastBranch);
+    const double limit = std::max(total / cuts.parts, cuts.leastBranch);
 
     Builder builder{*this};
     branchOf.assign(count, -1);

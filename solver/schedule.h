@@ -37,6 +37,15 @@ struct Tiling
     }
 };
 
+// Where the tree is cut; the bits depend on it.
+struct Cuts
+{
+    // A branch is so much of the work at most that 16 threads have enough of them, and worth the switch.
+    double parts = 64.0, leastBranch = 2e6;
+    // Tiles are large enough for the rate of products, and few.
+    int leastTile = 256, mostTiles = 24;
+};
+
 struct Task
 {
     enum class Kind {
@@ -55,8 +64,9 @@ struct Task
 
 struct Schedule
 {
-    Schedule(const Analysis& analysis, bool symmetric);
+    Schedule(const Analysis& analysis, bool symmetric, const Cuts& cuts = {});
 
+    Cuts cuts;
     std::vector<Branch> branches;
     std::vector<std::vector<int>> children; // of the fronts above
     std::vector<int> branchOf;              // of each front; -1: one of those above
@@ -70,4 +80,4 @@ struct Schedule
 };
 
 // How the rows and columns of a front above the branches are tiled.
-Tiling tilingOf(const Front& front);
+Tiling tilingOf(const Front& front, const Cuts& cuts);

@@ -11,6 +11,8 @@ namespace {
 
 // More right-hand sides than this are worth the calls of the BLAS.
 constexpr int few = 16;
+// Entries of the factor times right-hand sides from which on threads are worth their start.
+constexpr double worthThreads = 1e6;
 
 // One number, or a multiple of columnGroup.
 void copyRow(int width, const double* from, double* to)
@@ -30,33 +32,58 @@ void subtractRow(int width, const double* from, double* to)
 
 } // namespace
 
-void Factor::solve(Vectors& x, bool transposed) const
+void Factor::solve(Vectors& x, bool transposed, int threads) const
 {
     const int width = x.columns == 1 ? 1 : (x.columns + columnGroup - 1) / columnGroup * columnGroup;
     const std::int64_t step = width;
-    std::vector<double> y(step * analysis_.n), given(step * static_cast<std::int64_t>(pieces_.rows.size()));
+    const Workspace y(step * analysis_.n), given(step * static_cast<std::int64_t>(pieces_.rows.size()));
+    for (int k = 0; k < x.n; ++k) {
+        double* const row = y.get() + step * k;
+        for (int j = 0; j < width; ++j)
+            row[j] = j < x.columns ? x.column(j)[analysis_.permutation[k]] : 0.0;
+    }
+    const double work = static_cast<double>(width) * static_cast<double>(analysis_.panelEntries);
+    const int used = work < worthThreads ? 1 : threads, count = pieces_.up.count();
+    pieces_.up.execute(used,
+                       [&](int p) { forward(pieces_.pieces[p], width, transposed, y.get(), given.get()); });
+    pieces_.down.execute(used,
+                         [&](int t) { backward(pieces_.pieces[count - 1 - t], width, transposed, y.get()); });
     for (int j = 0; j < x.columns; ++j)
         for (int k = 0; k < x.n; ++k)
-            y[j + step * k] = x.column(j)[analysis_.permutation[k]];
-    const int count = pieces_.up.count();
-    pieces_.up.execute(threads_,
-                       [&](int p) { forward(pieces_.pieces[p], width, transposed, y.data(), given.data()); });
-    pieces_.down.execute(
-        threads_, [&](int t) { backward(pieces_.pieces[count - 1 - t], width, transposed, y.data()); });
-    for (int j = 0; j < x.columns; ++j)
-        for (int k = 0; k < x.n; ++k)
-            x.column(j)[analysis_.permutation[k]] = y[j + step * k];
+            x.column(j)[analysis_.permutation[k]] = y.get()[j + step * k];
 }
+
+// Where a piece works: its pivots in Y, or, where it has rows outside, a copy of them with room for those.
+// Aligned, so that the BLAS does the same wherever it is.
+struct Factor::Desk
+{
+    Desk(const Piece& piece, std::int64_t step, double* y)
+        : own(y + step * piece.begin), pivots(step * (piece.end - piece.begin)), outside(step * piece.count),
+          room(outside > 0 ? pivots + outside : 0), work(step * piece.largestFront),
+          v(outside > 0 ? room.get() : own)
+    {
+        if (outside > 0)
+            std::copy_n(own, pivots, v);
+    }
+    void leave()
+    {
+        if (outside > 0)
+            std::copy_n(v, pivots, own);
+    }
+
+    double* own;
+    std::int64_t pivots, outside;
+    Workspace room, work;
+    double* v;
+};
 
 // `given`: what each piece takes from the rows outside of it.
 void Factor::forward(const Piece& piece, int width, bool transposed, double* y, double* given) const
 {
-    const std::int64_t step = width, pivots = piece.end - piece.begin;
-    std::vector<double> room(piece.count > 0 ? step * (pivots + piece.count) : 0),
-        work(step * piece.largestFront);
-    double* const v = piece.count > 0 ? room.data() : y + step * piece.begin;
-    if (piece.count > 0)
-        std::copy_n(y + step * piece.begin, step * pivots, v);
+    const std::int64_t step = width;
+    Desk desk(piece, step, y);
+    double *const v = desk.v, *const work = desk.work.get();
+    std::fill_n(v + desk.pivots, desk.outside, 0.0);
     for (int c : piece.children) {
         const Piece& child = pieces_.pieces[c];
         for (std::int64_t i = child.outside; i < child.outside + child.count; ++i)
@@ -67,44 +94,39 @@ void Factor::forward(const Piece& piece, int width, bool transposed, double* y, 
         const int* rows = pieces_.local.data() + front.rows;
         double* const own = v + step * (front.first - piece.begin);
         if (transposed && !symmetric_)
-            forwardByUpper(front, width, own, work.data());
+            forwardByUpper(front, width, own, work);
         else
-            forwardByLower(front, width, own, work.data());
+            forwardByLower(front, width, own, work);
         for (int i = front.pivots; i < front.order; ++i)
-            subtractRow(width, work.data() + step * i, v + step * rows[i]);
+            subtractRow(width, work + step * i, v + step * rows[i]);
     }
-    if (piece.count > 0)
-        std::copy_n(v, step * pivots, y + step * piece.begin);
     double* const out = given + step * piece.outside;
-    for (std::int64_t i = 0; i < step * piece.count; ++i)
-        out[i] = -v[step * pivots + i];
+    for (std::int64_t i = 0; i < desk.outside; ++i)
+        out[i] = -v[desk.pivots + i];
+    desk.leave();
 }
 
 void Factor::backward(const Piece& piece, int width, bool transposed, double* y) const
 {
-    const std::int64_t step = width, pivots = piece.end - piece.begin;
-    std::vector<double> room(piece.count > 0 ? step * (pivots + piece.count) : 0),
-        work(step * piece.largestFront);
-    double* const v = piece.count > 0 ? room.data() : y + step * piece.begin;
-    if (piece.count > 0)
-        std::copy_n(y + step * piece.begin, step * pivots, v);
+    const std::int64_t step = width;
+    Desk desk(piece, step, y);
+    double *const v = desk.v, *const work = desk.work.get();
     for (int i = 0; i < piece.count; ++i)
-        copyRow(width, y + step * pieces_.rows[piece.outside + i], v + step * (pivots + i));
+        copyRow(width, y + step * pieces_.rows[piece.outside + i], v + desk.pivots + step * i);
     for (int f = piece.last; f >= piece.first; --f) {
         const Front& front = analysis_.fronts[f];
         const int* rows = pieces_.local.data() + front.rows;
         double* const own = v + step * (front.first - piece.begin);
-        std::copy_n(own, step * front.pivots, work.data());
+        std::copy_n(own, step * front.pivots, work);
         for (int i = front.pivots; i < front.order; ++i)
-            copyRow(width, v + step * rows[i], work.data() + step * i);
+            copyRow(width, v + step * rows[i], work + step * i);
         if (transposed || symmetric_)
-            backwardByLower(front, width, work.data());
+            backwardByLower(front, width, work);
         else
-            backwardByUpper(front, width, work.data());
-        std::copy_n(work.data(), step * front.pivots, own);
+            backwardByUpper(front, width, work);
+        std::copy_n(work, step * front.pivots, own);
     }
-    if (piece.count > 0)
-        std::copy_n(v, step * pivots, y + step * piece.begin);
+    desk.leave();
 }
 
 // V := (L11*D)^-1 * V, W2 := (L21*D) * V

@@ -4,62 +4,94 @@
 #include "storage.h"
 
 #include <oneapi/tbb/global_control.h>
+#include <oneapi/tbb/parallel_for.h>
+#include <oneapi/tbb/partitioner.h>
 #include <oneapi/tbb/task_arena.h>
-#include <oneapi/tbb/task_group.h>
 
 #include <algorithm>
-#include <atomic>
+#include <condition_variable>
 #include <exception>
+#include <mutex>
+#include <new>
 #include <numeric>
+#include <optional>
 
+namespace {
+
+thread_local int worker = 0; // in the execution that this thread works on
+
+}
+
+// One execution. Threads that work on it take the first task in sequence of those that are ready. All memory
+// is taken before the first task begins: half a factorisation cannot be taken back.
 class Run
 {
 public:
     Run(const TaskGraph& graph, const std::function<void(int)>& task)
-        : graph_(graph), task_(task), waits_(graph.waits_.size())
+        : graph_(graph), task_(task), waits_(graph.waits_), left_(graph.count())
     {
-        for (std::size_t t = 0; t < waits_.size(); ++t)
-            waits_[t].store(graph.waits_[t], std::memory_order_relaxed);
+        ready_.reserve(waits_.size());
+        for (int t = 0; t < left_; ++t)
+            if (waits_[t] == 0)
+                ready_.push_back(t); // a heap already
     }
 
-    void begin()
+    // Until no task is left to begin, or one has failed.
+    void work()
     {
-        // The last one begun is the first one done by this thread.
-        for (std::size_t t = waits_.size(); t-- > 0;)
-            if (graph_.waits_[t] == 0)
-                spawn(static_cast<int>(t));
-        group_.wait();
-        if (failure_)
-            std::rethrow_exception(failure_);
+        std::unique_lock<std::mutex> lock(mutex_);
+        const int before = std::exchange(worker, workers_++);
+        while (left_ > 0 && !failure_) {
+            if (ready_.empty()) {
+                changed_.wait(lock);
+                continue;
+            }
+            std::pop_heap(ready_.begin(), ready_.end(), std::greater<>());
+            const int t = ready_.back();
+            ready_.pop_back();
+            lock.unlock();
+            const std::exception_ptr failure = failureOf(t);
+            lock.lock();
+            finished(t, failure);
+        }
+        worker = before;
     }
+
+    std::exception_ptr failure() const { return failure_; }
 
 private:
-    void spawn(int t)
+    std::exception_ptr failureOf(int t) const
     {
-        group_.run([this, t] { perform(t); });
-    }
-
-    void perform(int t)
-    {
-        if (failed_.load(std::memory_order_acquire))
-            return;
         try {
             task_(t);
+            return nullptr;
         } catch (...) {
-            if (!failed_.exchange(true))
-                failure_ = std::current_exception();
-            return;
+            return std::current_exception();
         }
-        for (std::int64_t e = graph_.start_[t + 1]; e-- > graph_.start_[t];)
-            if (waits_[graph_.next_[e]].fetch_sub(1, std::memory_order_acq_rel) == 1)
-                spawn(graph_.next_[e]);
+    }
+
+    void finished(int t, const std::exception_ptr& failure)
+    {
+        if (failure && !failure_)
+            failure_ = failure;
+        if (--left_ == 0 || failure_)
+            return changed_.notify_all();
+        bool mine = true; // this thread takes one
+        for (int waiting : graph_.next(t))
+            if (--waits_[waiting] == 0) {
+                ready_.push_back(waiting);
+                std::push_heap(ready_.begin(), ready_.end(), std::greater<>());
+                if (!std::exchange(mine, false))
+                    changed_.notify_one();
+            }
     }
 
     const TaskGraph& graph_;
     const std::function<void(int)>& task_;
-    std::vector<std::atomic<int>> waits_;
-    tbb::task_group group_;
-    std::atomic<bool> failed_{false};
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::vector<int> waits_, ready_;
+    int left_, workers_ = 0;
     std::exception_ptr failure_;
 };
 
@@ -78,20 +110,37 @@ TaskGraph::TaskGraph(int count, std::vector<std::pair<int, int>> edges)
 
 void TaskGraph::execute(int threads, const std::function<void(int)>& task) const
 {
-    if (inSequence(threads)) {
+    std::optional<Run> run;
+    try {
+        if (threads > 1 && count() > 1)
+            run.emplace(*this, task);
+    } catch (const std::bad_alloc&) { // it can do without
+    }
+    if (!run) {
         for (int t = 0; t < count(); ++t)
             task(t);
         return;
     }
-    // Else the runtime takes no more threads than there are processors, and says so on stderr.
-    const tbb::global_control allowed(tbb::global_control::max_allowed_parallelism, threads);
-    tbb::task_arena arena(threads);
-    arena.execute([&] { Run(*this, task).begin(); });
+    try {
+        // Else the runtime takes no more threads than there are processors, and says so on stderr. The least
+        // of all that are alive holds: one number for all, beyond any that is asked for.
+        const tbb::global_control allowed(tbb::global_control::max_allowed_parallelism, 1 << 16);
+        tbb::task_arena arena(threads);
+        tbb::task_group_context own(tbb::task_group_context::isolated); // the caller's may be cancelled
+        arena.execute([&] {
+            tbb::parallel_for(
+                0, std::min(threads, count()), [&](int) { run->work(); }, tbb::simple_partitioner(), own);
+        });
+    } catch (...) { // the runtime has no memory or no thread; what it had begun has ended
+    }
+    run->work(); // alone, if anything is left
+    if (run->failure())
+        std::rethrow_exception(run->failure());
 }
 
-int TaskGraph::thread(int threads) const
+int TaskGraph::thread()
 {
-    return inSequence(threads) ? 0 : tbb::this_task_arena::current_thread_index();
+    return worker;
 }
 
 double TaskGraph::bytes() const

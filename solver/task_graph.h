@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -19,19 +20,20 @@ public:
     // all. What a task throws ends the others that have not begun, and is thrown again when all have ended.
     void execute(int threads, const std::function<void(int)>& task) const;
 
-    // For a task that execute() performs on so many threads: which of them it is on, from 0.
-    int thread(int threads) const;
+    // For a task that execute() performs: on which of the threads, from 0.
+    static int thread();
 
     int count() const { return static_cast<int>(waits_.size()); }
-    // Those that wait for task t are next()[start()[t]] ... next()[start()[t + 1] - 1].
-    const std::vector<std::int64_t>& start() const { return start_; }
-    const std::vector<int>& next() const { return next_; }
+    std::size_t edges() const { return next_.size(); }
+    // Those that wait for task t.
+    std::span<const int> next(int t) const
+    {
+        return {next_.data() + start_[t], next_.data() + start_[t + 1]};
+    }
     double bytes() const;
 
 private:
     friend class Run;
-    bool inSequence(int threads) const { return threads == 1 || count() < 2; }
-
     std::vector<int> waits_;          // of each task: for how many
     std::vector<std::int64_t> start_; // of each task: where those that wait for it start in next_
     std::vector<int> next_;

@@ -22,6 +22,7 @@ BLAS = {"libopenblas0-pthread", "libopenblas0-serial", "libopenblas0-openmp", "l
 PERMISSIVE = {
     "libmetis5": ("*", "Apache-2.0"),
     "libamd2": ("AMD/*", "BSD-3-clause"),
+    "libtbb12": ("*", "Apache-2.0"),
     "libsuitesparseconfig5": ("SuiteSparse_config/*", "permissive-2"),
 }
 

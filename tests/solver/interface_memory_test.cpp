@@ -31,6 +31,8 @@ struct System
     SparseMatrix a;
     std::vector<int> order = {}, kept = {};
     double ordering = 0.0;
+    int threads = 1;
+    long stride = 1; // of the allocations that fail
 
     std::vector<double> right() const
     {
@@ -131,7 +133,7 @@ void failEverywhere(const System& system, const char* name, const std::vector<Ca
 {
     const auto prepared = [&] {
         Handle solver = create();
-        EXPECT_EQ(bla_solver_set(solver.get(), "threads", 1), BLA_SOLVER_OK);
+        EXPECT_EQ(bla_solver_set(solver.get(), "threads", system.threads), BLA_SOLVER_OK);
         EXPECT_EQ(bla_solver_set(solver.get(), "record", 1), BLA_SOLVER_OK);
         for (const Call& step : before)
             EXPECT_EQ(step(solver.get()), BLA_SOLVER_OK) << bla_solver_message(solver.get());
@@ -145,8 +147,8 @@ void failEverywhere(const System& system, const char* name, const std::vector<Ca
     // A factor that is being written over cannot be put back: where memory is missing to look into the new
     // one, that stands as it is, and the next one is as ever.
     const bool inPlace = std::strcmp(name, "factorise again") == 0;
-    long refused = 0, absorbed = 0;
-    for (long k = 0;; ++k) {
+    long refused = 0, absorbed = 0, lost = 0;
+    for (long k = 0;; k += system.stride) {
         int status;
         const long live = allocations::live();
         bool failed;
@@ -172,7 +174,10 @@ void failEverywhere(const System& system, const char* name, const std::vector<Ca
         ASSERT_EQ(status, BLA_SOLVER_OUT_OF_MEMORY)
             << system.name << " " << name << " " << k << ": " << bla_solver_message(solver.get());
         EXPECT_STRNE(bla_solver_message(solver.get()), "");
-        ASSERT_EQ(allocations::live(), live) << system.name << " " << name << " loses memory at " << k;
+        // A thread of the runtime that starts meanwhile keeps a little, but not for every failure.
+        lost += allocations::live() - live;
+        ASSERT_LE(lost, system.threads > 1 ? 60 + refused / 4 : 0)
+            << system.name << " " << name << " loses memory at " << k;
         ASSERT_TRUE(same(tell(solver.get(), system), untouched)) << system.name << " " << name << " " << k;
     }
     EXPECT_TRUE(same(tell(solver.get(), system), expected)) << system.name << " " << name;
@@ -222,10 +227,20 @@ void failInEveryCall(const System& system, allocations::Failing failing)
     }
 }
 
+System onTwoThreads()
+{
+    return {"on two threads",
+            BLA_SOLVER_SYMMETRIC_LOWER,
+            problems::held(problems::lattice(6, 6, 5), {0, 1, 2, 3, 4, 5, 6, 7, 8}),
+            {},
+            {},
+            2.0,
+            2,
+            11};
+}
+
 void failInEverySystem(allocations::Failing failing)
 {
-    if (!allocations::watched)
-        GTEST_SKIP() << "the sanitizer has its own malloc";
     std::mt19937_64 random(3);
     const SparseMatrix loose = problems::lattice(2, 2, 2);
     const SparseMatrix held = problems::held(loose, {0, 1, 2, 3, 4, 5, 6, 7, 8});
@@ -260,16 +275,37 @@ void failInEverySystem(allocations::Failing failing)
         failInEveryCall(system, failing);
 }
 
+class Memory : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (!allocations::watched)
+            GTEST_SKIP() << "the sanitizer has its own malloc";
+    }
+};
+
 } // namespace
 
-TEST(Memory, AnyAllocationMayFail)
+TEST_F(Memory, AnyAllocationMayFail)
 {
     failInEverySystem(allocations::Failing::once);
 }
 
-TEST(Memory, NoneMayBeLeft)
+TEST_F(Memory, NoneMayBeLeft)
 {
     failInEverySystem(allocations::Failing::fromThereOn);
+}
+
+// Large enough for several tasks.
+TEST_F(Memory, AnyAllocationMayFailOnTwoThreads)
+{
+    failInEveryCall(onTwoThreads(), allocations::Failing::once);
+}
+
+TEST_F(Memory, NoneMayBeLeftOnTwoThreads)
+{
+    failInEveryCall(onTwoThreads(), allocations::Failing::fromThereOn);
 }
 
 TEST(Create, SaysThatThereIsNoMemory)

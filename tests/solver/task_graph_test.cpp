@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Tasks are done once each, behind all that they wait for, on no more threads than asked for; one that fails
+// ends the others.
+#include "random.h"
+#include "task_graph.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <stdexcept>
+#include <thread>
+
+using namespace support;
+
+namespace {
+
+using Edge = std::pair<int, int>;
+
+std::vector<Edge> anyEdges(int count, std::mt19937_64& random)
+{
+    std::vector<Edge> edges;
+    for (int e = static_cast<int>(random() % (3 * count + 1)); e > 0 && count > 1; --e) {
+        const int x = static_cast<int>(random() % count), y = static_cast<int>(random() % count);
+        if (x != y)
+            edges.push_back({std::min(x, y), std::max(x, y)}); // some of them twice
+    }
+    return edges;
+}
+
+TEST(TaskGraph, DoesEachTaskOnceBehindThoseItWaitsFor)
+{
+    auto random = generator(51);
+    for (int round = 0; round < 300; ++round) {
+        const int count = static_cast<int>(random() % 60), threads = 1 + static_cast<int>(random() % 5);
+        const std::vector<Edge> edges = anyEdges(count, random);
+        const TaskGraph graph(count, edges);
+        ASSERT_EQ(graph.count(), count);
+        std::vector<std::atomic<int>> begun(count), ended(count);
+        std::atomic<int> clock{0}, now{0}, most{0};
+        graph.execute(threads, [&](int t) {
+            for (int running = ++now, seen = most; running > seen;)
+                if (most.compare_exchange_weak(seen, running))
+                    break;
+            const int before = begun[t].exchange(++clock);
+            EXPECT_EQ(before, 0) << "task " << t << " twice";
+            if (t % 4 == 0)
+                std::this_thread::sleep_for(std::chrono::microseconds(t % 16));
+            ended[t] = ++clock;
+            --now;
+        });
+        EXPECT_LE(most, threads);
+        for (int t = 0; t < count; ++t)
+            ASSERT_GT(begun[t], 0) << "task " << t << " of " << count;
+        for (const auto& [first, second] : edges)
+            ASSERT_LT(ended[first], begun[second]) << threads << " threads";
+    }
+}
+
+TEST(TaskGraph, KnowsThoseThatWait)
+{
+    const TaskGraph graph(4, {{0, 3}, {0, 1}, {1, 3}, {0, 3}});
+    const auto next = [&](int t) { return std::vector<int>(graph.next(t).begin(), graph.next(t).end()); };
+    EXPECT_EQ(next(0), (std::vector<int>{1, 3}));
+    EXPECT_EQ(next(1), (std::vector<int>{3}));
+    EXPECT_TRUE(next(2).empty() && next(3).empty());
+}
+
+// More threads than processors are threads all the same: the tests of many of them rely on it.
+TEST(TaskGraph, HasAsManyThreadsAsAskedFor)
+{
+    constexpr int threads = 5;
+    std::atomic<int> arrived{0};
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    TaskGraph(threads, {}).execute(threads, [&](int) {
+        ++arrived;
+        while (arrived < threads && std::chrono::steady_clock::now() < end)
+            std::this_thread::yield();
+    });
+    EXPECT_EQ(arrived, threads);
+    EXPECT_LT(std::chrono::steady_clock::now(), end) << "they did not meet";
+}
+
+TEST(TaskGraph, AFailureEndsTheOthers)
+{
+    constexpr int count = 400;
+    for (int threads : {1, 2, 3})
+        for (int failing : {0, 7, 399}) {
+            std::vector<Edge> edges; // from each hundredth task to those behind it
+            for (int t = 0; t < count; ++t)
+                if (t % 100 != 0)
+                    edges.push_back({t / 100 * 100, t});
+            std::atomic<int> done{0};
+            std::atomic<bool> afterFailing{false};
+            const TaskGraph graph(count, edges);
+            try {
+                graph.execute(threads, [&](int t) {
+                    if (t == failing)
+                        throw std::runtime_error("task " + std::to_string(t));
+                    if (failing % 100 == 0 && t / 100 == failing / 100)
+                        afterFailing = true;
+                    std::this_thread::sleep_for(std::chrono::microseconds(50));
+                    ++done;
+                });
+                ADD_FAILURE() << "nothing is thrown";
+            } catch (const std::runtime_error& failure) {
+                EXPECT_EQ(failure.what(), "task " + std::to_string(failing));
+            }
+            EXPECT_FALSE(afterFailing) << "what waits for a task that failed is done";
+            if (failing < 100 && threads == 1)
+                EXPECT_EQ(done, failing);
+            const int before = done;
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+            EXPECT_EQ(done, before) << "tasks are still running";
+            graph.execute(threads, [&](int) { ++done; });
+            EXPECT_EQ(done, before + count);
+        }
+}
+
+// Of tasks that wait for nothing those that have not begun do not begin.
+TEST(TaskGraph, AFailureIsTheLastToBegin)
+{
+    constexpr int count = 2000;
+    std::atomic<int> done{0};
+    std::atomic<bool> thrown{false};
+    try {
+        TaskGraph(count, {}).execute(2, [&](int) {
+            if (!thrown.exchange(true))
+                throw 1;
+            std::this_thread::sleep_for(std::chrono::microseconds(100));
+            ++done;
+        });
+        ADD_FAILURE() << "nothing is thrown";
+    } catch (int) {
+    }
+    EXPECT_LT(done, count / 2);
+}
+
+} // namespace
