@@ -104,7 +104,8 @@ def curve(source, target):
     parts.append(line([(x(w), y(s)) for w, s in speedup.items()], "#000000"))
     for workers, times in speedup.items():
         parts.append(f'<circle cx="{x(workers):g}" cy="{y(times):g}" r="3.5"/>')
-        parts.append(text(x(workers) - 6, y(times) - 8, f"{times:.1f}", "end"))
+        if workers > 1:
+            parts.append(text(x(workers) - 6, y(times) - 8, f"{times:.1f}", "end"))
     parts.append(text((LEFT + right) / 2, bottom + 36, "workers", "middle"))
     parts.append(text(LEFT, 18, "times as fast as one worker, simulated"))
     picture(target, height, parts)
