@@ -54,10 +54,10 @@ constexpr Effort refinements{20, 10};
 constexpr double certain = 0x1p-10;
 
 // Random signs and sizes from 1/2 to 1.
-Vectors known(int n, int columns)
+Vectors known(int n, int seed)
 {
-    std::mt19937_64 random(2);
-    Vectors w(n, columns);
+    std::mt19937_64 random(seed);
+    Vectors w(n, 1);
     for (double& value : w.value) {
         const std::uint64_t bits = random();
         value = std::ldexp(static_cast<double>(bits >> 12), -53) + 0.5;
@@ -66,16 +66,11 @@ Vectors known(int n, int columns)
     return w;
 }
 
-// max |x - w| / max |w|, the largest of all columns
+// max |x - w| / max |w|
 double distance(Vectors x, const Vectors& w)
 {
     std::transform(x.value.begin(), x.value.end(), w.value.begin(), x.value.begin(), std::minus<>());
-    double largest = 0.0;
-    for (int j = 0; j < w.columns; ++j) {
-        const double error = maxNorm(x.column(j), x.n) / maxNorm(w.column(j), w.n);
-        largest = error <= largest ? largest : error; // NaN too
-    }
-    return largest;
+    return maxNorm(x.value.data(), x.n) / maxNorm(w.value.data(), w.n);
 }
 
 } // namespace
@@ -113,7 +108,7 @@ double weightedInverseNorm(const std::vector<double>& weight, const std::vector<
 
 double recoveryError(const SparseMatrix& a, const Apply& solve)
 {
-    const Vectors w = known(a.n, 1);
+    const Vectors w = known(a.n, 2);
     Vectors x(a.n, 1);
     multiply(a, w.value.data(), x.value.data(), 1);
     solve(x);
@@ -137,11 +132,19 @@ bool Recovery::better(const Recovery& other) const
 
 Recovery recover(const SparseMatrix& a, const Apply& solve, const Effort& effort)
 {
-    const Vectors w = known(a.n, 3); // a singular A may give one by chance
-    Vectors b(a.n, w.columns);
-    multiply(a, w.value.data(), b.value.data(), w.columns);
-    const Refined refined = solveRefined(a, b, solve, effort);
-    return {distance(refined.x, w), refined.residual};
+    Recovery worst;
+    for (int seed : {2, 3, 4}) { // a singular A may give one again by chance
+        const Vectors w = known(a.n, seed);
+        Vectors b(a.n, 1);
+        multiply(a, w.value.data(), b.value.data(), 1);
+        const Refined refined = solveRefined(a, b, solve, effort);
+        const double error = distance(refined.x, w);
+        worst.error = error <= worst.error ? worst.error : error; // NaN too
+        worst.residual = refined.residual <= worst.residual ? worst.residual : refined.residual;
+        if (!worst.regular())
+            break;
+    }
+    return worst;
 }
 
 ErrorBound boundError(const SparseMatrix& a, const Vectors& b, const Vectors& x,

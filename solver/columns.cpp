@@ -13,6 +13,16 @@ constexpr int together = 4;
 // Sums are made of as many terms at a time: the error of a long one grows with the number of its parts.
 constexpr int chunk = 32;
 
+// Asks for a cache line of each of the columns to come, one for every line that is used: the processor itself
+// looks no further than the end of a page.
+constexpr int line = 8;
+
+template <int Columns> BLA_BODY void fetch(const double* l, std::int64_t ld)
+{
+    for (int q = 0; q < Columns; ++q)
+        __builtin_prefetch(l + ld * q, 0, 2);
+}
+
 // One right-hand side: vectors run along the rows.
 
 // w := w + sum over Columns of column q of l * x[q], for the rows of T
@@ -40,7 +50,13 @@ BLA_BODY void forwardColumns(int j, int order, const double* l, const double* re
             sum += column[j + q + std::int64_t{order} * k] * v[j + k];
         v[j + q] = (v[j + q] - sum) * reciprocal[j + q];
     }
+    const double* const next = column + std::int64_t{order} * Columns;
     int i = j + Columns;
+    for (; i + line <= order; i += line) {
+        fetch<Columns>(next + i, order);
+        for (int k = i; k < i + line; k += lanes)
+            addColumns<Four, Columns>(column + k, order, v + j, w + k);
+    }
     for (; i + lanes <= order; i += lanes)
         addColumns<Four, Columns>(column + i, order, v + j, w + i);
     for (; i < order; ++i)
@@ -51,6 +67,7 @@ template <int Columns>
 BLA_BODY void backwardColumns(int j, int order, const double* l, const double* reciprocal, double* v)
 {
     const double* const column = l + std::int64_t{order} * j;
+    const double* const next = column - std::int64_t{order} * Columns;
     Four sums[Columns] = {};
     int i = j + Columns;
     for (const int whole = order - (order - i) % lanes; i < whole;) {
@@ -58,6 +75,8 @@ BLA_BODY void backwardColumns(int j, int order, const double* l, const double* r
         for (const int end = std::min(i + chunk * lanes, whole); i < end; i += lanes) {
             Four part, factor;
             load(factor, v + i);
+            if ((i - j - Columns) % line == 0)
+                fetch<Columns>(next + i, order);
             for (int q = 0; q < Columns; ++q) {
                 load(part, column + i + std::int64_t{order} * q);
                 parts[q] += part * factor;

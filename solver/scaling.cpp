@@ -37,9 +37,8 @@ bool stillGood(const SparseMatrix& a, const Matching& matching, const std::vecto
     return true;
 }
 
-} // namespace
-
-SparseMatrix Equilibrated::applied(const SparseMatrix& a) const
+// Row i is that of number rowOf[i].
+SparseMatrix withRows(const SparseMatrix& a, const std::vector<int>& rowOf)
 {
     SparseMatrix m;
     m.n = a.n;
@@ -48,15 +47,25 @@ SparseMatrix Equilibrated::applied(const SparseMatrix& a) const
     m.column.reserve(a.entries());
     m.value.reserve(a.entries());
     m.start.push_back(0);
-    for (int i = 0; i < a.n; ++i) {
-        const int from = rowOf[i];
-        for (std::int64_t p = a.start[from]; p < a.start[from + 1]; ++p) {
-            m.column.push_back(a.column[p]);
-            m.value.push_back(a.value[p] * (row[i] * column[a.column[p]]));
-        }
+    for (int from : rowOf) {
+        const auto begin = a.start[from], end = a.start[from + 1];
+        m.column.insert(m.column.end(), a.column.begin() + begin, a.column.begin() + end);
+        m.value.insert(m.value.end(), a.value.begin() + begin, a.value.begin() + end);
         m.start.push_back(static_cast<std::int64_t>(m.column.size()));
     }
     return m;
+}
+
+} // namespace
+
+SparseMatrix Equilibrated::applied(SparseMatrix a) const
+{
+    if (!std::is_sorted(rowOf.begin(), rowOf.end()))
+        a = withRows(a, rowOf);
+    for (int i = 0; i < a.n; ++i)
+        for (std::int64_t p = a.start[i]; p < a.start[i + 1]; ++p)
+            a.value[p] *= row[i] * column[a.column[p]];
+    return a;
 }
 
 std::vector<double> diagonalScales(const std::vector<double>& diagonal)

@@ -16,7 +16,7 @@ struct Equilibrated
     int structuralRank = 0; // entries of the diagonal that can be made nonzero
 
     // A with other values, by the same exchanges and factors
-    SparseMatrix applied(const SparseMatrix& a) const;
+    SparseMatrix applied(SparseMatrix a) const;
 
     // b of A*x = b to the right-hand side of the equilibrated system, and its solution back to x; in place
     void enter(Vectors& b) const;

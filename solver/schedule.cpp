@@ -56,18 +56,25 @@ int addFront(Builder& builder, const Analysis& analysis, int f, bool symmetric,
         tile(i, j) = made;
         return made;
     };
-    for (int k = 0; k < pivotTiles; ++k) {
+    const auto panel = [&](int k) {
         write({Kind::eliminate, f, k, k, k}, k, k);
         for (int i = k + 1; i < tiles; ++i)
             builder.wait(write({Kind::lower, f, i, k, k}, i, k), tile(k, k));
-        for (int j = k + 1; j < tiles && !symmetric; ++j)
-            builder.wait(write({Kind::upper, f, k, j, k}, k, j), tile(k, k));
-        for (int j = k + 1; j < tiles; ++j)
+    };
+    for (int k = 0; k < pivotTiles; ++k) {
+        if (k == 0)
+            panel(0);
+        for (int j = k + 1; j < tiles; ++j) {
+            if (!symmetric)
+                builder.wait(write({Kind::upper, f, k, j, k}, k, j), tile(k, k));
             for (int i = symmetric ? j : k + 1; i < tiles; ++i) {
                 const int made = write({Kind::update, f, i, j, k}, i, j);
                 builder.wait(made, tile(i, k));
                 builder.wait(made, symmetric ? tile(j, k) : tile(k, j));
             }
+            if (j == k + 1 && j < pivotTiles)
+                panel(j); // first, for all else waits for it
+        }
     }
     const int finished = builder.add({Kind::finish, f, -1, -1, -1});
     for (int j = pivotTiles; j < tiles; ++j)
