@@ -116,8 +116,9 @@ class Tasks(runner.Case):
 class Pictures(runner.Case):
     def drawn(self, what, source):
         script = os.path.join(runner.SOURCE, "scripts", "draw_tasks.py")
-        subprocess.run([sys.executable, script, what, source, "p.svg"], cwd=self.folder, check=True, timeout=300)
-        return xml.etree.ElementTree.parse(self.path("p.svg")).getroot()
+        subprocess.run([sys.executable, script, what, source, "p"], cwd=self.folder, check=True, timeout=300)
+        with open(self.path("p")) as file:
+            return file.read() if what == "table" else xml.etree.ElementTree.parse(file).getroot()
 
     def words(self, picture):
         return [text.text for text in picture.iter(SVG + "text")]
@@ -139,7 +140,10 @@ class Pictures(runner.Case):
         self.write("r.json", json.dumps(report))
         picture = self.drawn("curve", "r.json")
         self.assertEqual(len(list(picture.iter(SVG + "circle"))), 3)
-        self.assertIn(f"{report['task_seconds'] / report['simulated_seconds_8']:.1f}", self.words(picture))
+        speedup = report["task_seconds"] / report["simulated_seconds_8"]
+        self.assertIn(f"{speedup:.1f}", self.words(picture))
+        row = f"| 8 | {report['simulated_seconds_8']:.3f} | {speedup:.2f} | {100 * speedup / 8:.0f} % |\n"
+        self.assertIn(row, self.drawn("table", "r.json"))
 
 
 class Refusals(runner.Case):
