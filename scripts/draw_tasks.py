@@ -4,6 +4,7 @@
 
     draw_tasks.py trace TRACE.json PICTURE.svg    what bla_solve --trace wrote: a row for each thread
     draw_tasks.py curve REPORT.json PICTURE.svg   what bla_solve --json --simulate LIST printed
+    draw_tasks.py table REPORT.json TABLE.md      the same as a table
 """
 import collections
 import json
@@ -76,12 +77,29 @@ def trace(source, target):
     picture(target, bottom + 26, parts)
 
 
-def curve(source, target):
+def simulated(source):
+    """The report, and seconds by the number of workers."""
     with open(source, encoding="utf-8") as file:
         report = json.load(file)
+    return report, {int(key.split("_")[-1]): value for key, value in report.items()
+                    if key.startswith("simulated_seconds_")}
+
+
+def table(source, target):
+    report, seconds = simulated(source)
+    total = report["task_seconds"]
+    with open(target, "w", encoding="utf-8") as file:
+        file.write("| workers | seconds | times as fast | efficiency |\n|--:|--:|--:|--:|\n")
+        for workers, value in seconds.items():
+            file.write(f"| {workers} | {value:.3f} | {total / value:.2f} | {100 * total / value / workers:.0f} % |\n")
+        file.write(f"| critical path | {report['critical_path_seconds']:.3f} | "
+                   f"{total / report['critical_path_seconds']:.1f} | |\n")
+
+
+def curve(source, target):
+    report, seconds = simulated(source)
     total, critical = report["task_seconds"], report["critical_path_seconds"]
-    speedup = {int(key.split("_")[-1]): total / value for key, value in report.items()
-               if key.startswith("simulated_seconds_")}
+    speedup = {workers: total / value for workers, value in seconds.items()}
     most = max(speedup)
     height, bottom, right = 460, 420, LEFT + 620
 
@@ -104,16 +122,18 @@ def curve(source, target):
     parts.append(line([(x(w), y(s)) for w, s in speedup.items()], "#000000"))
     for workers, times in speedup.items():
         parts.append(f'<circle cx="{x(workers):g}" cy="{y(times):g}" r="3.5"/>')
-        parts.append(text(x(workers) - 6, y(times) - 8, f"{times:.1f}", "end"))
+        if workers > 1:
+            parts.append(text(x(workers) - 6, y(times) - 8, f"{times:.1f}", "end"))
     parts.append(text((LEFT + right) / 2, bottom + 36, "workers", "middle"))
     parts.append(text(LEFT, 18, "times as fast as one worker, simulated"))
     picture(target, height, parts)
 
 
 def main():
-    if len(sys.argv) != 4 or sys.argv[1] not in ("trace", "curve"):
+    kinds = {"trace": trace, "curve": curve, "table": table}
+    if len(sys.argv) != 4 or sys.argv[1] not in kinds:
         sys.exit(__doc__)
-    {"trace": trace, "curve": curve}[sys.argv[1]](sys.argv[2], sys.argv[3])
+    kinds[sys.argv[1]](sys.argv[2], sys.argv[3])
 
 
 if __name__ == "__main__":

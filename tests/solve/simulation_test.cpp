@@ -78,6 +78,12 @@ TEST(Simulation, TheWorkerThatIsFreeFirstTakesTheNextTask)
     EXPECT_EQ(made({8, 4, 2}, {{}, {2}}).on(2), 8);
 }
 
+TEST(Simulation, WhatEndsAtOnceIsSeenAtOnce)
+{
+    // 0 and 1 end together, and two tasks become ready that go before 2, which was.
+    EXPECT_EQ(made({2, 2, 1, 4, 4, 16}, {{}, {3, 4}, {}, {5}, {5}}).on(2), 22);
+}
+
 TEST(Simulation, StaysWithinTheBounds)
 {
     std::mt19937_64 random(5);

@@ -4,10 +4,13 @@ import json
 import os
 import re
 import subprocess
+import sys
+import xml.etree.ElementTree
 
 import made
 import runner
 
+SVG = "{http://www.w3.org/2000/svg}"
 BEAM = ("--mesh", "12x10x10", "--no-vtk")
 
 
@@ -108,6 +111,39 @@ class Tasks(runner.Case):
         for name, options in (("x.mtx", ()), ("y.mtx", ("--trace", "t.json", "--simulate", "3"))):
             self.report(*BEAM, *options, "--solution", name)
         self.assertEqual(runner.read_vectors(self.path("x.mtx")), runner.read_vectors(self.path("y.mtx")))
+
+
+class Pictures(runner.Case):
+    def drawn(self, what, source):
+        script = os.path.join(runner.SOURCE, "scripts", "draw_tasks.py")
+        subprocess.run([sys.executable, script, what, source, "p"], cwd=self.folder, check=True, timeout=300)
+        with open(self.path("p")) as file:
+            return file.read() if what == "table" else xml.etree.ElementTree.parse(file).getroot()
+
+    def words(self, picture):
+        return [text.text for text in picture.iter(SVG + "text")]
+
+    def test_a_trace(self):
+        self.report(*BEAM, "--threads", 2, "--trace", "t.json")
+        with open(self.path("t.json")) as file:
+            tasks = [event for event in json.load(file) if event["ph"] == "X"]
+        picture = self.drawn("trace", "t.json")
+        self.assertEqual(sum(word.startswith("thread ") for word in self.words(picture)),
+                         1 + max(task["tid"] for task in tasks))
+        self.assertTrue(any(re.match(r"branch \d+\.\d %", word) for word in self.words(picture)))
+        widths = re.findall(r"h(\d+)v", "".join(path.get("d") for path in picture.iter(SVG + "path")))
+        busy = sum(task["dur"] for task in tasks) / max(task["ts"] + task["dur"] for task in tasks)
+        self.assertAlmostEqual(sum(map(int, widths)) / 900, busy, delta=0.1)
+
+    def test_a_curve(self):
+        report = self.report(*BEAM, "--threads", 1, "--simulate", "1,2,8")
+        self.write("r.json", json.dumps(report))
+        picture = self.drawn("curve", "r.json")
+        self.assertEqual(len(list(picture.iter(SVG + "circle"))), 3)
+        speedup = report["task_seconds"] / report["simulated_seconds_8"]
+        self.assertIn(f"{speedup:.1f}", self.words(picture))
+        row = f"| 8 | {report['simulated_seconds_8']:.3f} | {speedup:.2f} | {100 * speedup / 8:.0f} % |\n"
+        self.assertIn(row, self.drawn("table", "r.json"))
 
 
 class Refusals(runner.Case):
