@@ -4,6 +4,7 @@
 #include "storage.h"
 
 #include <oneapi/tbb/global_control.h>
+#include <oneapi/tbb/info.h>
 #include <oneapi/tbb/parallel_for.h>
 #include <oneapi/tbb/partitioner.h>
 #include <oneapi/tbb/task_arena.h>
@@ -12,6 +13,7 @@
 #include <condition_variable>
 #include <exception>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <new>
 #include <numeric>
@@ -21,7 +23,41 @@ namespace {
 
 thread_local int worker = 0; // in the execution that this thread works on
 
-}
+// While it lives, the runtime has as many threads as the most demanding execution asks for; else it takes no
+// more than there are processors, and says so on stderr. Of several limits the least holds: there is one. It
+// is no larger than it must be, because the runtime starts a thread rather than wait for one to fall asleep.
+class Allowance
+{
+public:
+    explicit Allowance(int threads)
+    {
+        const std::lock_guard<std::mutex> lock(changing);
+        if (threads > most) {
+            control = std::make_unique<tbb::global_control>(
+                tbb::global_control::max_allowed_parallelism,
+                static_cast<std::size_t>(std::max(threads, tbb::info::default_concurrency())));
+            most = threads;
+        }
+        ++alive;
+    }
+    ~Allowance()
+    {
+        const std::lock_guard<std::mutex> lock(changing);
+        if (--alive > 0)
+            return;
+        control.reset();
+        most = 0;
+    }
+    Allowance(const Allowance&) = delete;
+    Allowance& operator=(const Allowance&) = delete;
+
+private:
+    static inline std::mutex changing;
+    static inline std::unique_ptr<tbb::global_control> control;
+    static inline int alive = 0, most = 0;
+};
+
+} // namespace
 
 // One execution. Threads that work on it take the first task in sequence of those that are ready. All memory
 // is taken before the first task begins: half a factorisation cannot be taken back.
@@ -123,9 +159,7 @@ void TaskGraph::execute(int threads, const std::function<void(int)>& task) const
         return;
     }
     try {
-        // Else the runtime takes no more threads than there are processors, and says so on stderr. The least
-        // of all that are alive holds: one number for all, beyond any that is asked for.
-        const tbb::global_control allowed(tbb::global_control::max_allowed_parallelism, 1 << 16);
+        const Allowance allowed(threads);
         tbb::task_arena arena(threads);
         tbb::task_group_context own(tbb::task_group_context::isolated); // the caller's may be cancelled
         arena.execute([&] {

@@ -5,10 +5,12 @@
 #include "task_graph.h"
 
 #include <gtest/gtest.h>
+#include <oneapi/tbb/info.h>
 
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <filesystem>
 #include <stdexcept>
 #include <thread>
 
@@ -80,6 +82,19 @@ TEST(TaskGraph, HasAsManyThreadsAsAskedFor)
     });
     EXPECT_EQ(arrived, threads);
     EXPECT_LT(std::chrono::steady_clock::now(), end) << "they did not meet";
+}
+
+// The runtime's own do not grow in number from one execution to the next.
+TEST(TaskGraph, StartsFewThreads)
+{
+    std::vector<Edge> edges;
+    for (int t = 1; t < 40; ++t)
+        edges.push_back({(t - 1) / 2, t});
+    const TaskGraph graph(40, edges);
+    for (int round = 0; round < 300; ++round)
+        graph.execute(2, [](int) { std::this_thread::sleep_for(std::chrono::microseconds(5)); });
+    const std::filesystem::directory_iterator all("/proc/self/task");
+    EXPECT_LE(std::distance(begin(all), end(all)), std::max(8, tbb::info::default_concurrency() + 5));
 }
 
 TEST(TaskGraph, AFailureEndsTheOthers)
