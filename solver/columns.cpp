@@ -17,7 +17,8 @@ constexpr int chunk = 32;
 // looks no further than the end of a page.
 constexpr int line = 8;
 
-template <int Columns> BLA_BODY void fetch(const double* l, std::int64_t ld)
+template <int Columns>
+BLA_BODY void fetch(const double* l, std::int64_t ld)
 {
     for (int q = 0; q < Columns; ++q)
         __builtin_prefetch(l + ld * q, 0, 2);
