@@ -99,8 +99,8 @@ const char* bla_solver_message(const bla_solver* solver);
 /**
  * Sets an option. It holds from the next call that it concerns.
  *
- * - `threads` (0): at most so many, of everything but refinement's own sums; 0: one per processor. Each takes
- *   some memory (`memory` counts it) and more of them than processors gain nothing. One is used over a BLAS
+ * - `threads` (0): at most so many, of everything but refinement's own sums, and no more than there are
+ *   processors; 0: one per processor. Each takes some memory, which `memory` counts. One is used over a BLAS
  *   that several threads may not call at once: an OpenBLAS built without threads and without USE_LOCKING.
  * - `tolerance` (1e-14): a pivot of at most this magnitude in the scaled matrix, whose largest entries are
  *   about 1, is tiny; 0 to 1.

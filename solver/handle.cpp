@@ -133,11 +133,10 @@ void bla_solver::factorise(const double* value)
 
 int bla_solver::threads() const
 {
-    static const bool callers = blasTakesCallers();
-    if (!callers)
-        return 1;
-    return options.threads > 0.0 ? static_cast<int>(options.threads)
-                                 : static_cast<int>(std::max(std::thread::hardware_concurrency(), 1u));
+    // More than processors would only wait for each other.
+    static const int most =
+        blasTakesCallers() ? static_cast<int>(std::max(std::thread::hardware_concurrency(), 1u)) : 1;
+    return options.threads > 0.0 ? std::min(static_cast<int>(options.threads), most) : most;
 }
 
 double bla_solver::bytes(const Plan& used) const
