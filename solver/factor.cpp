@@ -81,7 +81,8 @@ void Factor::factorise(const double* value, const PivotRule& rule, const Progres
         if (times)
             times[t] = {TaskGraph::thread(), begin, watch.seconds()};
     };
-    schedule_.graph.execute(threads_, std::cref(perform)); // which takes no memory
+    const int used = flops() < schedule_.cuts.leastFactorised ? 1 : threads_;
+    schedule_.graph.execute(used, std::cref(perform)); // which takes no memory
     countPivots(rule.shift > 0.0);
 }
 

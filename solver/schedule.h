@@ -44,6 +44,9 @@ struct Cuts
     double parts = 64.0, leastBranch = 2e6;
     // Tiles are large enough for the rate of products, and few.
     int leastTile = 256, mostTiles = 24;
+    // From here on threads are worth their start, which changes no bit: flops of a factorisation, and entries
+    // of the factor times right-hand sides of a solution.
+    double leastFactorised = 8e6, leastSolved = 4e6;
 };
 
 struct Task

@@ -11,8 +11,6 @@ namespace {
 
 // More right-hand sides than this are worth the calls of the BLAS.
 constexpr int few = 16;
-// Entries of the factor times right-hand sides from which on threads are worth their start.
-constexpr double worthThreads = 1e6;
 
 // Rows of `width` numbers, one or a multiple of columnGroup: W[i] := V[rows[i]]
 void gather(int width, const int* rows, int count, const double* v, double* w)
@@ -59,7 +57,7 @@ void Factor::solve(Vectors& x, bool transposed, int threads) const
         for (int j = 0; j < width; ++j)
             y[j + step * k] = j < x.columns ? x.column(j)[analysis_.permutation[k]] : 0.0;
     const double work = static_cast<double>(width) * static_cast<double>(analysis_.panelEntries);
-    const int used = work < worthThreads ? 1 : threads, count = pieces_.up.count();
+    const int used = work < schedule_.cuts.leastSolved ? 1 : threads, count = pieces_.up.count();
     pieces_.up.execute(used, [&](int p) { forward(pieces_.pieces[p], width, transposed, y, given); });
     pieces_.down.execute(used, [&](int t) { backward(pieces_.pieces[count - 1 - t], width, transposed, y); });
     for (int j = 0; j < x.columns; ++j)

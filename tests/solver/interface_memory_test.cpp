@@ -3,6 +3,7 @@
 // nothing is lost, and the call made again gives the bits that it gives undisturbed.
 #include "TOVBlaSolver.h"
 #include "allocations.h"
+#include "plan.h"
 #include "problems.h"
 
 #include <gtest/gtest.h>
@@ -231,7 +232,7 @@ System onTwoThreads()
 {
     return {"on two threads",
             BLA_SOLVER_SYMMETRIC_LOWER,
-            problems::held(problems::lattice(6, 6, 5), {0, 1, 2, 3, 4, 5, 6, 7, 8}),
+            problems::held(problems::lattice(7, 7, 6), {0, 1, 2, 3, 4, 5, 6, 7, 8}),
             {},
             {},
             2.0,
@@ -300,6 +301,10 @@ TEST_F(Memory, NoneMayBeLeft)
 // Large enough for several tasks.
 TEST_F(Memory, AnyAllocationMayFailOnTwoThreads)
 {
+    const SparseMatrix a = onTwoThreads().a;
+    const Plan plan(a, Wishes(), patternDemands(a));
+    ASSERT_GE(plan.flops(), Cuts().leastFactorised);
+    ASSERT_GE(plan.schedule->tasks.size(), 2u);
     failInEveryCall(onTwoThreads(), allocations::Failing::once);
 }
 

@@ -21,7 +21,7 @@ using namespace support;
 namespace {
 
 // What makes a small matrix into many branches, and fronts of many tiles.
-constexpr Cuts fine{64.0, 1e5, 32, 1000};
+constexpr Cuts fine{64.0, 1e5, 32, 1000, 0.0, 0.0};
 
 // A block of springs held at a face, scaled; shifted so far that it is indefinite, or made unsymmetric, if
 // wanted. Some diagonal entries are next to nothing, where pivots are to be treated.
