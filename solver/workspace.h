@@ -5,7 +5,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <new>
@@ -21,8 +20,9 @@ public:
         allocated_.reset(unit == page ? std::aligned_alloc(unit, whole) : std::malloc(whole));
         if (!allocated_)
             throw std::bad_alloc();
-        const auto address = reinterpret_cast<std::uintptr_t>(allocated_.get());
-        data_ = reinterpret_cast<double*>((address + line - 1) / line * line);
+        void* start = allocated_.get();
+        std::size_t room = whole;
+        data_ = static_cast<double*>(std::align(line, count * sizeof(double), start, room));
         if (unit == page)
             madvise(data_, whole, MADV_HUGEPAGE);
     }
