@@ -244,7 +244,7 @@ void Assembly::addContribution(int child, Part part, int begin, int end, const F
 
     const bool symmetric = !parent.right;
     const Target left{parent.panel, pivots + rest},
-        right{parent.right - std::int64_t{pivots} * pivots, pivots},
+        right{symmetric ? nullptr : parent.right - std::int64_t{pivots} * pivots, pivots},
         schur{parent.schur - pivots * (std::int64_t{rest} + 1), rest};
     const int first = static_cast<int>(std::lower_bound(at, at + count, begin) - at),
               last = static_cast<int>(std::lower_bound(at + first, at + count, end) - at);
