@@ -16,7 +16,7 @@ struct Planned
           factor(plan.analysis, *plan.assembly, *plan.schedule, *plan.pieces, threads)
     {
     }
-    void solve(Vectors& x, bool transposed = false) const { factor.solve(x, transposed); }
+    void solve(Vectors& x, bool transposed = false) const { factor.solve(x, transposed, factor.threads()); }
 
 private:
     static Plan cutBy(const Cuts& cuts, Plan plan)
