@@ -28,7 +28,7 @@ struct Pieces
     std::vector<int> rows;     // the rows outside of each piece, ascending
     std::vector<int> at;       // their places in the vector of the piece that has their parent
     std::vector<int> local;    // the rows of the fronts, as in Analysis::rows, in the vectors of their pieces
-    TaskGraph up, down;        // the pieces from the leaves on, and the last ones first
+    TaskGraph graph;           // up: each piece; down: the pieces once more, the last one first
 
     double bytes() const;
 };

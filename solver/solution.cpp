@@ -57,9 +57,13 @@ void Factor::solve(Vectors& x, bool transposed, int threads) const
         for (int j = 0; j < width; ++j)
             y[j + step * k] = j < x.columns ? x.column(j)[analysis_.permutation[k]] : 0.0;
     const double work = static_cast<double>(width) * static_cast<double>(analysis_.panelEntries);
-    const int used = work < schedule_.cuts.leastSolved ? 1 : threads, count = pieces_.up.count();
-    pieces_.up.execute(used, [&](int p) { forward(pieces_.pieces[p], width, transposed, y, given); });
-    pieces_.down.execute(used, [&](int t) { backward(pieces_.pieces[count - 1 - t], width, transposed, y); });
+    const int used = work < schedule_.cuts.leastSolved ? 1 : threads, tasks = pieces_.graph.count();
+    pieces_.graph.execute(used, [&](int t) {
+        if (t < tasks / 2)
+            forward(pieces_.pieces[t], width, transposed, y, given);
+        else
+            backward(pieces_.pieces[tasks - 1 - t], width, transposed, y);
+    });
     for (int j = 0; j < x.columns; ++j)
         for (int k = 0; k < x.n; ++k)
             x.column(j)[analysis_.permutation[k]] = y[j + step * k];

@@ -59,8 +59,8 @@ private:
 
 } // namespace
 
-// One execution. Threads that work on it take the first task in sequence of those that are ready. All memory
-// is taken before the first task begins: half a factorisation cannot be taken back.
+// One execution. Threads that work on it take the first by rank of the tasks that are ready. All memory is
+// taken before the first task begins: half a factorisation cannot be taken back.
 class Run
 {
 public:
@@ -70,7 +70,7 @@ public:
         ready_.reserve(waits_.size());
         for (int t = 0; t < left_; ++t)
             if (waits_[t] == 0)
-                ready_.push_back(t); // a heap already
+                add(t);
     }
 
     // Until no task is left to begin, or one has failed.
@@ -83,9 +83,7 @@ public:
                 changed_.wait(lock);
                 continue;
             }
-            std::pop_heap(ready_.begin(), ready_.end(), std::greater<>());
-            const int t = ready_.back();
-            ready_.pop_back();
+            const int t = take();
             lock.unlock();
             const std::exception_ptr failure = failureOf(t);
             lock.lock();
@@ -97,6 +95,24 @@ public:
     std::exception_ptr failure() const { return failure_; }
 
 private:
+    // ready_ is a heap: the first by rank is at its front
+    auto behind() const
+    {
+        return [this](int a, int b) { return graph_.rank_[a] > graph_.rank_[b]; };
+    }
+    void add(int t)
+    {
+        ready_.push_back(t);
+        std::push_heap(ready_.begin(), ready_.end(), behind());
+    }
+    int take()
+    {
+        std::pop_heap(ready_.begin(), ready_.end(), behind());
+        const int t = ready_.back();
+        ready_.pop_back();
+        return t;
+    }
+
     std::exception_ptr failureOf(int t) const
     {
         try {
@@ -116,8 +132,7 @@ private:
         bool mine = true; // this thread takes one
         for (int waiting : graph_.next(t))
             if (--waits_[waiting] == 0) {
-                ready_.push_back(waiting);
-                std::push_heap(ready_.begin(), ready_.end(), std::greater<>());
+                add(waiting);
                 if (!std::exchange(mine, false))
                     changed_.notify_one();
             }
@@ -132,8 +147,8 @@ private:
     std::exception_ptr failure_;
 };
 
-TaskGraph::TaskGraph(int count, std::vector<std::pair<int, int>> edges)
-    : waits_(count, 0), start_(static_cast<std::size_t>(count) + 1, 0)
+TaskGraph::TaskGraph(int count, std::vector<std::pair<int, int>> edges, const std::vector<double>& work)
+    : waits_(count, 0), start_(static_cast<std::size_t>(count) + 1, 0), rank_(count)
 {
     std::sort(edges.begin(), edges.end());
     edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
@@ -143,6 +158,25 @@ TaskGraph::TaskGraph(int count, std::vector<std::pair<int, int>> edges)
         next_.push_back(waiting);
     }
     std::partial_sum(start_.begin(), start_.end(), start_.begin());
+    if (work.empty())
+        std::iota(rank_.begin(), rank_.end(), 0);
+    else
+        rank(work);
+}
+
+void TaskGraph::rank(const std::vector<double>& work)
+{
+    std::vector<double> path(count(), 0.0); // from the begin of each to the end
+    for (int t = count() - 1; t >= 0; --t) {
+        for (int waiting : next(t))
+            path[t] = std::max(path[t], path[waiting]);
+        path[t] += work[t];
+    }
+    std::vector<int> tasks(count());
+    std::iota(tasks.begin(), tasks.end(), 0);
+    std::stable_sort(tasks.begin(), tasks.end(), [&](int a, int b) { return path[a] > path[b]; });
+    for (int i = 0; i < count(); ++i)
+        rank_[tasks[i]] = i;
 }
 
 void TaskGraph::execute(int threads, const std::function<void(int)>& task) const
@@ -180,5 +214,5 @@ int TaskGraph::thread()
 
 double TaskGraph::bytes() const
 {
-    return storageOf(waits_) + storageOf(start_) + storageOf(next_);
+    return storageOf(waits_) + storageOf(start_) + storageOf(next_) + storageOf(rank_);
 }

@@ -13,8 +13,9 @@ class TaskGraph
 public:
     TaskGraph() = default;
     // Tasks 0 ... count - 1; of each pair the second waits for the first. In sequence each stands behind all
-    // that it waits for.
-    TaskGraph(int count, std::vector<std::pair<int, int>> edges);
+    // that it waits for. Of those that are ready the one with the most work on its longest path to the end
+    // begins first, or, where `work` is not known, the first in sequence.
+    TaskGraph(int count, std::vector<std::pair<int, int>> edges, const std::vector<double>& work = {});
 
     // On `threads` threads of oneTBB, the calling one among them; on that alone, in sequence, where it is
     // all. What a task throws ends the others that have not begun, and is thrown again when all have ended.
@@ -34,7 +35,10 @@ public:
 
 private:
     friend class Run;
+    void rank(const std::vector<double>& work);
+
     std::vector<int> waits_;          // of each task: for how many
     std::vector<std::int64_t> start_; // of each task: where those that wait for it start in next_
     std::vector<int> next_;
+    std::vector<int> rank_; // of each task: how many go before it
 };

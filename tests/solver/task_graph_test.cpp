@@ -84,6 +84,55 @@ TEST(TaskGraph, HasAsManyThreadsAsAskedFor)
     EXPECT_LT(std::chrono::steady_clock::now(), end) << "they did not meet";
 }
 
+// While one of two threads is busy, the other one takes what is ready by the work on its path to the end.
+TEST(TaskGraph, BeginsTheLongestPathFirst)
+{
+    auto random = generator(53);
+    for (int round = 0; round < 40; ++round) {
+        const int count = 2 + static_cast<int>(random() % 40);
+        std::vector<Edge> edges = anyEdges(count - 1, random);
+        for (auto& [first, second] : edges)
+            ++first, ++second; // nothing waits for task 0
+        std::vector<double> work(count, 1e6);
+        for (int t = 1; t < count; ++t)
+            work[t] = static_cast<double>(random() % 5);
+
+        std::vector<double> path = work;
+        for (int t = count - 1; t > 0; --t)
+            for (const auto& [first, second] : edges)
+                if (first == t)
+                    path[t] = std::max(path[t], work[t] + path[second]);
+        std::vector<int> expected;
+        std::vector<bool> done(count, false);
+        while (static_cast<int>(expected.size()) < count - 1) {
+            int best = -1;
+            for (int t = 1; t < count; ++t) {
+                const bool ready =
+                    !done[t] && std::none_of(edges.begin(), edges.end(), [&](const Edge& edge) {
+                        return edge.second == t && !done[edge.first];
+                    });
+                if (ready && (best < 0 || path[t] > path[best]))
+                    best = t;
+            }
+            done[best] = true;
+            expected.push_back(best);
+        }
+
+        std::vector<int> begun;
+        std::atomic<int> left{count - 1};
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        TaskGraph(count, edges, work).execute(2, [&](int t) {
+            if (t > 0) {
+                begun.push_back(t);
+                --left;
+            }
+            while (t == 0 && left > 0 && std::chrono::steady_clock::now() < end)
+                std::this_thread::yield();
+        });
+        ASSERT_EQ(begun, expected);
+    }
+}
+
 // The runtime's own do not grow in number from one execution to the next.
 TEST(TaskGraph, StartsFewThreads)
 {
