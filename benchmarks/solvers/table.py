@@ -68,8 +68,11 @@ class Contender:
             print(f"{self.name} failed")
         return None
 
-    def ask(self, command):
+    def begin(self, command):
         print(command, file=self.process.stdin, flush=True)
+
+    def ask(self, command):
+        self.begin(command)
         return self.answer()
 
     def end(self):
@@ -184,6 +187,18 @@ def machine_name():
             f"{os.cpu_count()} processors, {datetime.date.today()}")
 
 
+def choose_core(folder):
+    core = None if "OPENBLAS_CORETYPE" in os.environ else known_core(folder)
+    if core:
+        os.environ["OPENBLAS_CORETYPE"] = core
+
+
+def matrices(cubes, files):
+    """(name, what bla_make_problem takes) of each"""
+    return [(f"elasticity {m}^3", m) for m in cubes.split(",") if m] + [
+        (os.path.splitext(os.path.basename(file))[0], file) for file in files]
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
     parser.add_argument("folder")
@@ -205,13 +220,9 @@ def main():
 
     machine = machine_name() + ("" if arguments.clock == "wall" else ", processor time")
     print(machine)
-    core = None if "OPENBLAS_CORETYPE" in os.environ else known_core(arguments.folder)
-    if core:
-        os.environ["OPENBLAS_CORETYPE"] = core
-    matrices = [(f"elasticity {m}^3", m) for m in cubes.split(",") if m]
-    matrices += [(os.path.splitext(os.path.basename(file))[0], file) for file in arguments.files]
+    choose_core(arguments.folder)
     lines = []
-    for name, matrix in matrices:
+    for name, matrix in matrices(cubes, arguments.files):
         for threads in map(int, arguments.threads.split(",")):
             results = measure(arguments.folder, matrix, threads, arguments.repetitions, arguments.clock)
             lines.append((name, threads, results))
