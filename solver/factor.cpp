@@ -76,8 +76,8 @@ void Factor::factorise(const double* value, const PivotRule& rule, const Progres
         const double begin = times ? watch.seconds() : 0.0;
         if (task.kind == Task::Kind::branch)
             eliminateBranch(schedule_.branches[task.front], value, rule, add);
-        else if (const double flops = doTile(task, value, rule); add && flops > 0.0)
-            add(flops);
+        else
+            doTile(task, value, rule, add);
         if (times)
             times[t] = {TaskGraph::thread(), begin, watch.seconds()};
     };
@@ -184,14 +184,12 @@ void Factor::assemble(int f, int begin, int end, const double* value, const Fron
     assembly_.addEntries(f, begin, end, value, front);
 }
 
-// Returns the flops, but for terms of lower order.
-double Factor::doTile(const Task& task, const double* value, const PivotRule& rule)
+void Factor::doTile(const Task& task, const double* value, const PivotRule& rule, const Progress& add)
 {
     const Front& front = analysis_.fronts[task.front];
     const Tiling tiling = tilingOf(front, schedule_.cuts);
     const FrontStorage own = storage(task.front, contributions_.get() + schedule_.contribution[task.front]);
     const auto width = [&](int t) { return tiling.end(t) - tiling.begin(t); };
-    const auto products = [&](int a, int b, int c) { return 1.0 * width(a) * width(b) * width(c); };
     struct Tile
     {
         double* data;
@@ -221,23 +219,23 @@ double Factor::doTile(const Task& task, const double* value, const PivotRule& ru
             if (begin >= own.pivots)
                 assembly_.addContribution(child, Part::schur, begin, end, own, contribution);
         }
-        return 0.0;
+        break;
     }
     case Task::Kind::keep:
         std::copy_n(own.panel, schur_.size(), schur_.begin());
-        return 0.0;
+        break;
     case Task::Kind::eliminate:
         eliminatePivots(rule, symmetric_, width(k), tile(k, k).data, front.order,
                         pivotsFrom(front.first + tiling.begin(k)));
-        return products(k, k, k) * (symmetric_ ? 1.0 : 2.0) / 3.0;
+        break;
     case Task::Kind::lower:
         solveLower(rule, symmetric_, width(task.i), width(k), tile(k, k).data, front.order,
                    tile(task.i, k).data, front.order, dinv_.data() + front.first + tiling.begin(k));
-        return products(task.i, k, k);
+        break;
     case Task::Kind::upper:
         solveUpper(width(task.j), width(k), tile(k, k).data, front.order, tile(k, task.j).data,
                    tile(k, task.j).ld);
-        return products(k, k, task.j);
+        break;
     case Task::Kind::update: {
         const Tile c = tile(task.i, task.j);
         if (symmetric_)
@@ -247,13 +245,14 @@ double Factor::doTile(const Task& task, const double* value, const PivotRule& ru
         else
             updateUnsymmetric(width(task.i), width(task.j), width(k), tile(task.i, k).data, front.order,
                               tile(k, task.j).data, tile(k, task.j).ld, 1.0, c.data, c.ld);
-        return products(task.i, task.j, k) * (symmetric_ && task.i == task.j ? 1.0 : 2.0);
+        break;
     }
     case Task::Kind::finish:
     case Task::Kind::branch:
         break;
     }
-    return 0.0;
+    if (const double flops = flopsOf(task, tiling, symmetric_); add && flops > 0.0)
+        add(flops);
 }
 
 double Factor::smallestPivot() const

@@ -85,7 +85,7 @@ private:
     void assemble(int front, int begin, int end, const double* value, const FrontStorage& storage) const;
     void eliminateBranch(const Branch& branch, const double* value, const PivotRule& rule,
                          const Progress& add);
-    double doTile(const Task& task, const double* value, const PivotRule& rule);
+    void doTile(const Task& task, const double* value, const PivotRule& rule, const Progress& add);
     void forward(const Piece& piece, int width, bool transposed, double* y, double* given) const;
     void backward(const Piece& piece, int width, bool transposed, double* y) const;
     void forwardByLower(const Front& front, int width, double* v, double* w) const;

@@ -13,6 +13,24 @@ double work(const Front& front)
     return front.flops() + 16.0 * front.order * front.order;
 }
 
+// The same of a task.
+double workOf(const Task& task, const std::vector<Branch>& branches, const Analysis& analysis, bool symmetric,
+              const Cuts& cuts)
+{
+    if (task.kind == Task::Kind::branch) {
+        const Branch& branch = branches[task.front];
+        double sum = 0.0;
+        for (int f = branch.first; f <= branch.last; ++f)
+            sum += work(analysis.fronts[f]);
+        return symmetric ? sum : 2.0 * sum;
+    }
+    const Front& front = analysis.fronts[task.front];
+    const Tiling tiling = tilingOf(front, cuts);
+    if (task.kind == Task::Kind::assemble)
+        return (symmetric ? 8.0 : 16.0) * front.order * (tiling.end(task.j) - tiling.begin(task.j));
+    return flopsOf(task, tiling, symmetric);
+}
+
 struct Builder
 {
     Schedule& schedule;
@@ -158,6 +176,30 @@ Tiling tilingOf(const Front& front, const Cuts& cuts)
     return {front.pivots, front.order, width};
 }
 
+double flopsOf(const Task& task, const Tiling& tiling, bool symmetric)
+{
+    const auto product = [&](int a, int b, int c) {
+        const auto width = [&](int t) { return static_cast<double>(tiling.end(t) - tiling.begin(t)); };
+        return width(a) * width(b) * width(c);
+    };
+    switch (task.kind) {
+    case Task::Kind::eliminate:
+        return product(task.k, task.k, task.k) * (symmetric ? 1.0 : 2.0) / 3.0;
+    case Task::Kind::lower:
+        return product(task.i, task.k, task.k);
+    case Task::Kind::upper:
+        return product(task.k, task.k, task.j);
+    case Task::Kind::update:
+        return product(task.i, task.j, task.k) * (symmetric && task.i == task.j ? 1.0 : 2.0);
+    case Task::Kind::branch:
+    case Task::Kind::assemble:
+    case Task::Kind::keep:
+    case Task::Kind::finish:
+        break;
+    }
+    return 0.0;
+}
+
 Schedule::Schedule(const Analysis& analysis, bool symmetric, const Cuts& wanted) : cuts(wanted)
 {
     const int count = static_cast<int>(analysis.fronts.size());
@@ -215,7 +257,10 @@ Schedule::Schedule(const Analysis& analysis, bool symmetric, const Cuts& wanted)
         if (const int parent = analysis.fronts[f].parent; parent >= 0 && branchOf[parent] < 0)
             children[parent].push_back(f);
     placeContributions(analysis, *this);
-    graph = TaskGraph(static_cast<int>(tasks.size()), std::move(builder.edges));
+    std::vector<double> taskWork;
+    for (const Task& task : tasks)
+        taskWork.push_back(workOf(task, branches, analysis, symmetric, cuts));
+    graph = TaskGraph(static_cast<int>(tasks.size()), std::move(builder.edges), taskWork);
 }
 
 double Schedule::bytes() const

@@ -84,3 +84,5 @@ struct Schedule
 
 // How the rows and columns of a front above the branches are tiled.
 Tiling tilingOf(const Front& front, const Cuts& cuts);
+// Of a task on a tile, but for terms of lower order.
+double flopsOf(const Task& task, const Tiling& tiling, bool symmetric);
