@@ -116,6 +116,7 @@ MUTATIONS = [
     ("the runtime may start any number of threads", SOLVER + "task_graph.cpp", "std::max(threads, tbb::info::default_concurrency())",
      "threads + 60000", TASKS),
     ("tasks take memory when they have begun", SOLVER + "factor.cpp", "std::cref(perform)", "perform", MEMORY),
+    ("an update on the diagonal counts twice", SOLVER + "schedule.cpp", "(symmetric && task.i == task.j ? 1.0 : 2.0)", "2.0", TASKS),
     # pieces of the solution
     ("pieces do not wait for each other", SOLVER + "pieces.cpp", "edges.emplace_back(p, q);", ";", TASKS),
     ("backward, pieces wait as they do forward", SOLVER + "pieces.cpp", "edges.emplace_back(down(q), down(p));",

@@ -272,6 +272,29 @@ TEST(Schedule, TwoTasksTouchAPlaceOneAfterTheOther)
     EXPECT_GT(shared, 20) << "no place is used twice";
 }
 
+// What the tasks of a front take is what its elimination takes.
+TEST(Schedule, FlopsOfTilesAreThoseOfTheFront)
+{
+    auto random = generator(43);
+    for (int round = 0; round < 40; ++round) {
+        Analysis analysis;
+        analysis.fronts.resize(1);
+        Front& front = analysis.fronts[0];
+        front.parent = -1;
+        front.pivots = analysis.n = 300 + static_cast<int>(random() % 500);
+        front.order = front.pivots + static_cast<int>(random() % 800);
+        const bool symmetric = random() % 2;
+        const Schedule schedule(analysis, symmetric, {1e9, 0.0, 32 + static_cast<int>(random() % 90), 1000});
+        double sum = 0.0;
+        for (const Task& task : schedule.tasks) {
+            ASSERT_NE(task.kind, Task::Kind::branch);
+            sum += flopsOf(task, tilingOf(front, schedule.cuts), symmetric);
+        }
+        const double expected = (symmetric ? 1.0 : 2.0) * front.flops();
+        EXPECT_NEAR(sum, expected, 0.01 * expected) << front.pivots << " of " << front.order;
+    }
+}
+
 // The stacks of a branch are as large as its contributions make them, on one or the other by parity.
 TEST(Schedule, StacksOfABranchAreWhatItPutsThere)
 {
