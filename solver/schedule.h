@@ -46,7 +46,7 @@ struct Cuts
     int leastTile = 256, mostTiles = 24;
     // From here on threads are worth their start, which changes no bit: flops of a factorisation, and entries
     // of the factor times right-hand sides of a solution.
-    double leastFactorised = 8e6, leastSolved = 4e6;
+    double leastFactorised = 2e6, leastSolved = 4e5;
 };
 
 struct Task
