@@ -2,13 +2,14 @@
 """Whole solutions: our solver beside CHOLMOD, MUMPS and PARDISO, each by its own interface and in its own best order.
 
 usage: table.py FOLDER [--threads 1,2] [--cubes 16,20,24,28,32] [--repetitions N] [--clock wall|cpu]
-                [--json FILE] [--markdown FILE] [FILE.mtx...]
+                [--json FILE] [--earlier FILE] [--markdown FILE] [FILE.mtx...]
 
 FOLDER has the programs. Every contender is a process of its own; they take turns, and the fastest run of each counts.
 Ours runs over OpenBLAS and over MKL, as CHOLMOD and MUMPS run over OpenBLAS and PARDISO over MKL: that of the two with
 the shorter factorisation and solution is held against the best of the peers. MKL is fetched by scripts/fetch_mkl.sh;
 without it its lines are missing. Factorisations have the pattern of the one before and other values. --cubes are those
-of elasticity, of M^3 nodes, "" for none. --clock cpu measures the processor's time, for one thread on a busy machine.
+of elasticity, of M^3 nodes, "" for none. --clock cpu measures the processor's time, for one thread on a busy machine. --earlier takes what --json wrote of another
+run on the same machine: of both times of a contender the shorter one counts, ours as theirs.
 """
 import argparse
 import datetime
@@ -115,6 +116,14 @@ def measure(folder, matrix, threads, repetitions, clock):
     return results
 
 
+def shorten(results, earlier):
+    """Of the times of two runs the shorter ones."""
+    for name, result in results.items():
+        if name in earlier:
+            for phase in PHASES:
+                result[phase] = min(result[phase], earlier[name][phase])
+
+
 def first_solution(result):
     return result["factorise"] + result["solve 1"]
 
@@ -209,6 +218,7 @@ def main():
     parser.add_argument("--repetitions", type=int, default=5)
     parser.add_argument("--clock", choices=("wall", "cpu"), default="wall")
     parser.add_argument("--json", help="write what was measured to this file")
+    parser.add_argument("--earlier", help="such a file of another run on this machine")
     parser.add_argument("--markdown", help="write the table to this file")
     arguments = parser.parse_intermixed_args()
     cubes = arguments.cubes
@@ -221,10 +231,15 @@ def main():
     machine = machine_name() + ("" if arguments.clock == "wall" else ", processor time")
     print(machine)
     choose_core(arguments.folder)
+    earlier = {}
+    if arguments.earlier:
+        with open(arguments.earlier, encoding="utf-8") as file:
+            earlier = {(line["matrix"], line["threads"]): line["results"] for line in json.load(file)}
     lines = []
     for name, matrix in matrices(cubes, arguments.files):
         for threads in map(int, arguments.threads.split(",")):
             results = measure(arguments.folder, matrix, threads, arguments.repetitions, arguments.clock)
+            shorten(results, earlier.get((name, threads), {}))
             lines.append((name, threads, results))
             n = next(iter(results.values()))["n"]
             show(f"{name}: {n} unknowns, {threads} thread{'s' if threads > 1 else ''}", results)
