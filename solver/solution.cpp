@@ -34,8 +34,11 @@ void subtract(int width, const int* rows, int count, const double* w, double* v)
             v[rows[i]] -= w[i];
     else
         for (int i = 0; i < count; ++i)
-            for (int j = 0; j < width; ++j)
-                v[step * rows[i] + j] -= w[step * i + j];
+            for (int j = 0; j < width; j += columnGroup) {
+                double* const row = v + step * rows[i] + j;
+                for (int k = 0; k < columnGroup; ++k)
+                    row[k] -= w[step * i + j + k];
+            }
 }
 
 // Where the next array starts, behind so many numbers: with a cache line.

@@ -146,7 +146,7 @@ MUTATIONS = [
     ("what a front gives up goes to one row", SOLVER + "solution.cpp", "v[rows[i]] -= w[i];",
      "v[rows[0]] -= w[i];", ROOMS),
     ("several right-hand sides take what is given once", SOLVER + "solution.cpp",
-     "v[step * rows[i] + j] -= w[step * i + j];", "v[step * rows[i] + j] -= w[step * i];", ROOMS),
+     "row[k] -= w[step * i + j + k];", "row[k] -= w[step * i];", ROOMS),
     ("a definite matrix is never looked into", SOLVER + "handle.cpp", "factor.smallestPivot() > soundPivot", "true",
      ROOMS),
     ("one known solution is believed", SOLVER + "bounds.cpp",
