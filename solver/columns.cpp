@@ -118,18 +118,18 @@ BLA_BODY void backwardOne(int order, int pivots, const double* l, const double* 
         backwardColumns<together>(j - together, order, l, reciprocal, v);
 }
 
-// Several: vectors run along a row of V, `ld` apart, Fours of them.
+// Several: vectors run along a row of V, `ld` apart, Count of them.
 
-template <int Fours, int Columns>
+template <class T, int Count, int Columns>
 BLA_BODY void forwardGroup(int j, int order, const double* l, const double* reciprocal, double* v, double* w,
                            std::int64_t ld)
 {
     const double* const column = l + std::int64_t{order} * j;
-    Four x[Columns][Fours];
+    T x[Columns][Count];
     for (int q = 0; q < Columns; ++q)
-        for (int g = 0; g < Fours; ++g) {
-            const std::int64_t at = ld * (j + q) + lanes * g;
-            Four sum;
+        for (int g = 0; g < Count; ++g) {
+            const std::int64_t at = ld * (j + q) + lanesOf<T> * g;
+            T sum;
             load(sum, w + at);
             for (int k = 0; k < q; ++k)
                 sum += x[k][g] * column[j + q + std::int64_t{order} * k];
@@ -138,9 +138,9 @@ BLA_BODY void forwardGroup(int j, int order, const double* l, const double* reci
             store(v + at, x[q][g]);
         }
     for (int i = j + Columns; i < order; ++i)
-        for (int g = 0; g < Fours; ++g) {
-            double* const row = w + ld * i + lanes * g;
-            Four before, sum{};
+        for (int g = 0; g < Count; ++g) {
+            double* const row = w + ld * i + lanesOf<T> * g;
+            T before, sum{};
             for (int q = 0; q < Columns; ++q)
                 sum += x[q][g] * column[i + std::int64_t{order} * q];
             load(before, row);
@@ -148,28 +148,28 @@ BLA_BODY void forwardGroup(int j, int order, const double* l, const double* reci
         }
 }
 
-template <int Fours, int Columns>
+template <class T, int Count, int Columns>
 BLA_BODY void backwardGroup(int j, int order, const double* l, const double* reciprocal, double* v,
                             std::int64_t ld)
 {
     const double* const column = l + std::int64_t{order} * j;
-    Four x[Columns][Fours], sums[Columns][Fours] = {};
+    T x[Columns][Count], sums[Columns][Count] = {};
     for (int first = j + Columns; first < order; first += chunk) {
-        Four part[Columns][Fours] = {};
+        T part[Columns][Count] = {};
         for (int i = first; i < std::min(first + chunk, order); ++i)
-            for (int g = 0; g < Fours; ++g) {
-                Four row;
-                load(row, v + ld * i + lanes * g);
+            for (int g = 0; g < Count; ++g) {
+                T row;
+                load(row, v + ld * i + lanesOf<T> * g);
                 for (int q = 0; q < Columns; ++q)
                     part[q][g] += row * column[i + std::int64_t{order} * q];
             }
         for (int q = 0; q < Columns; ++q)
-            for (int g = 0; g < Fours; ++g)
+            for (int g = 0; g < Count; ++g)
                 sums[q][g] += part[q][g];
     }
     for (int q = Columns - 1; q >= 0; --q)
-        for (int g = 0; g < Fours; ++g) {
-            double* const own = v + ld * (j + q) + lanes * g;
+        for (int g = 0; g < Count; ++g) {
+            double* const own = v + ld * (j + q) + lanesOf<T> * g;
             load(x[q][g], own);
             for (int k = q + 1; k < Columns; ++k)
                 sums[q][g] += x[k][g] * column[j + k + std::int64_t{order} * q];
@@ -178,28 +178,29 @@ BLA_BODY void backwardGroup(int j, int order, const double* l, const double* rec
         }
 }
 
-template <int Fours>
+template <class T, int Count>
 BLA_BODY void forwardSeveral(int order, int pivots, const double* l, const double* reciprocal, double* v,
                              double* w, std::int64_t ld)
 {
     int j = 0;
     for (; j + together <= pivots; j += together)
-        forwardGroup<Fours, together>(j, order, l, reciprocal, v, w, ld);
+        forwardGroup<T, Count, together>(j, order, l, reciprocal, v, w, ld);
     for (; j < pivots; ++j)
-        forwardGroup<Fours, 1>(j, order, l, reciprocal, v, w, ld);
+        forwardGroup<T, Count, 1>(j, order, l, reciprocal, v, w, ld);
 }
 
-template <int Fours>
+template <class T, int Count>
 BLA_BODY void backwardSeveral(int order, int pivots, const double* l, const double* reciprocal, double* v,
                               std::int64_t ld)
 {
     int j = pivots;
     for (; j % together != 0; --j)
-        backwardGroup<Fours, 1>(j - 1, order, l, reciprocal, v, ld);
+        backwardGroup<T, Count, 1>(j - 1, order, l, reciprocal, v, ld);
     for (; j > 0; j -= together)
-        backwardGroup<Fours, together>(j - together, order, l, reciprocal, v, ld);
+        backwardGroup<T, Count, together>(j - together, order, l, reciprocal, v, ld);
 }
 
+template <class Widest>
 BLA_BODY void forward(int order, int pivots, const double* l, const double* reciprocal, double* v, double* w,
                       int width)
 {
@@ -208,28 +209,30 @@ BLA_BODY void forward(int order, int pivots, const double* l, const double* reci
         return forwardOne(order, pivots, l, reciprocal, v, w);
     int g = 0;
     for (; g + 2 * lanes <= width; g += 2 * lanes)
-        forwardSeveral<2>(order, pivots, l, reciprocal, v + g, w + g, width);
+        forwardSeveral<Widest, 2 * lanes / lanesOf<Widest>>(order, pivots, l, reciprocal, v + g, w + g,
+                                                            width);
     if (g < width)
-        forwardSeveral<1>(order, pivots, l, reciprocal, v + g, w + g, width);
+        forwardSeveral<Four, 1>(order, pivots, l, reciprocal, v + g, w + g, width);
 }
 
+template <class Widest>
 BLA_BODY void backward(int order, int pivots, const double* l, const double* reciprocal, double* v, int width)
 {
     if (width == 1)
         return backwardOne(order, pivots, l, reciprocal, v);
     int g = 0;
     for (; g + 2 * lanes <= width; g += 2 * lanes)
-        backwardSeveral<2>(order, pivots, l, reciprocal, v + g, width);
+        backwardSeveral<Widest, 2 * lanes / lanesOf<Widest>>(order, pivots, l, reciprocal, v + g, width);
     if (g < width)
-        backwardSeveral<1>(order, pivots, l, reciprocal, v + g, width);
+        backwardSeveral<Four, 1>(order, pivots, l, reciprocal, v + g, width);
 }
 
 } // namespace
 
-BLA_FOR_BOTH(solveForward, forward,
-             (int order, int pivots, const double* l, const double* reciprocal, double* v, double* w,
-              int width),
-             (order, pivots, l, reciprocal, v, w, width))
-BLA_FOR_BOTH(solveBackward, backward,
-             (int order, int pivots, const double* l, const double* reciprocal, double* v, int width),
-             (order, pivots, l, reciprocal, v, width))
+BLA_FOR_ALL(solveForward, forward,
+            (int order, int pivots, const double* l, const double* reciprocal, double* v, double* w,
+             int width),
+            (order, pivots, l, reciprocal, v, w, width))
+BLA_FOR_ALL(solveBackward, backward,
+            (int order, int pivots, const double* l, const double* reciprocal, double* v, int width),
+            (order, pivots, l, reciprocal, v, width))

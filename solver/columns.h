@@ -15,7 +15,11 @@ void solveForward(int order, int pivots, const double* l, const double* reciproc
                   int width);
 // V1 := L11^-T * (V1 - L21^T * V2)
 void solveBackward(int order, int pivots, const double* l, const double* reciprocal, double* v, int width);
-// The same, as processors without AVX2 do it.
+// The same, as processors with AVX2 and no AVX-512 do it, and those without AVX2.
+void solveForwardWide(int order, int pivots, const double* l, const double* reciprocal, double* v, double* w,
+                      int width);
+void solveBackwardWide(int order, int pivots, const double* l, const double* reciprocal, double* v,
+                       int width);
 void solveForwardNarrow(int order, int pivots, const double* l, const double* reciprocal, double* v,
                         double* w, int width);
 void solveBackwardNarrow(int order, int pivots, const double* l, const double* reciprocal, double* v,

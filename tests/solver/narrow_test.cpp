@@ -117,7 +117,7 @@ void backward(const Panel& p, double* v, int width)
     Loops(p.order, p.pivots, p.l, p.reciprocal, v, width);
 }
 
-void expectLikePlain(Solve solve, Solve narrow, Solve plain)
+void expectLikePlain(Solve solve, Solve wide, Solve narrow, Solve plain)
 {
     std::mt19937_64 random = generator(2);
     for (int pivots : {0, 1, 2, 3, 4, 5, 7, 8, 11, 16, 30})
@@ -127,11 +127,14 @@ void expectLikePlain(Solve solve, Solve narrow, Solve plain)
                     continue;
                 const Panel panel(pivots + rest, pivots, random);
                 const Filled b(std::int64_t{panel.order} * width, 1.0, random);
-                const Filled expected = b, actual = b, other = b;
+                const Filled expected = b, actual = b;
                 plain(panel, expected, width);
                 solve(panel, actual, width);
-                narrow(panel, other, width);
-                ASSERT_TRUE(same_memory(actual, other, NaNs::Exact));
+                for (Solve another : {__builtin_cpu_supports("avx2") ? wide : narrow, narrow}) {
+                    const Filled other = b;
+                    another(panel, other, width);
+                    ASSERT_TRUE(same_memory(actual, other, NaNs::Exact));
+                }
                 for (std::int64_t i = 0; i < b.size(); ++i)
                     ASSERT_NEAR(expected[i], actual[i], 1e-14)
                         << pivots << " pivots, " << rest << " rows more, width " << width << ", at " << i;
@@ -140,12 +143,14 @@ void expectLikePlain(Solve solve, Solve narrow, Solve plain)
 
 TEST(FewColumns, GoForwardLikeThePlainLoop)
 {
-    expectLikePlain(forward<solveForward>, forward<solveForwardNarrow>, plainForward);
+    expectLikePlain(forward<solveForward>, forward<solveForwardWide>, forward<solveForwardNarrow>,
+                    plainForward);
 }
 
 TEST(FewColumns, GoBackwardLikeThePlainLoop)
 {
-    expectLikePlain(backward<solveBackward>, backward<solveBackwardNarrow>, plainBackward);
+    expectLikePlain(backward<solveBackward>, backward<solveBackwardWide>, backward<solveBackwardNarrow>,
+                    plainBackward);
 }
 
 // However many are solved at once.
