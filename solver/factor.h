@@ -78,7 +78,6 @@ private:
     };
 
     class Seat; // of a thread at a bench
-    struct Desk;
 
     FrontStorage storage(int front, double* schur) const;
     Pivots pivotsFrom(int k);
@@ -86,7 +85,7 @@ private:
     void eliminateBranch(const Branch& branch, const double* value, const PivotRule& rule,
                          const Progress& add);
     void doTile(const Task& task, const double* value, const PivotRule& rule, const Progress& add);
-    void forward(const Piece& piece, int width, bool transposed, double* y, double* given) const;
+    void forward(const Piece& piece, int width, bool transposed, double* y) const;
     void backward(const Piece& piece, int width, bool transposed, double* y) const;
     void forwardByLower(const Front& front, int width, double* v, double* w) const;
     void backwardByLower(const Front& front, int width, double* v) const;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The tree in pieces for the solution: each branch of the schedule is one, each front above them another. A
-// piece works in a vector of its own, the rows of its pivots followed by those outside of it.
+// piece works in a vector of its own: the rows of its pivots, followed by those outside of it.
 #pragma once
 
 #include "analysis.h"
@@ -14,10 +14,14 @@ struct Piece
 {
     int first, last;           // fronts
     int begin, end;            // pivots
-    std::int64_t outside;      // where the rows outside start in Pieces::rows, and what they get in all such
-    int count;                 // of those
-    int largestFront;          // its order
+    int outside;               // rows outside
+    std::int64_t at;           // where their places in the vector of the parent start in Pieces::at
+    std::int64_t home;         // where its own starts in the vector of all,
+    std::int64_t front;        // and behind it room for the rows of one front
+    int parent;                // the piece with the parent of its last front, or -1
     std::vector<int> children; // pieces
+
+    int pivots() const { return end - begin; }
 };
 
 struct Pieces
@@ -25,10 +29,10 @@ struct Pieces
     Pieces(const Analysis& analysis, const Schedule& schedule);
 
     std::vector<Piece> pieces; // children before parents
-    std::vector<int> rows;     // the rows outside of each piece, ascending
-    std::vector<int> at;       // their places in the vector of the piece that has their parent
-    std::vector<int> local;    // the rows of the fronts, as in Analysis::rows, in the vectors of their pieces
-    TaskGraph graph;           // up: each piece; down: the pieces once more, the last one first
+    std::vector<int> at;
+    std::vector<int> local;  // the rows of the fronts, as in Analysis::rows, in the vectors of their pieces
+    std::int64_t length = 0; // of the vector of all
+    TaskGraph graph;         // up: each piece; down: the pieces once more, the last one first
 
     double bytes() const;
 };

@@ -6,6 +6,7 @@
 #include "factor.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace {
 
@@ -21,30 +22,28 @@ void gather(int width, const int* rows, int count, const double* v, double* w)
             w[i] = v[rows[i]];
     else
         for (int i = 0; i < count; ++i)
-            for (int j = 0; j < width; j += columnGroup)
-                std::copy_n(v + step * rows[i] + j, columnGroup, w + step * i + j);
+            for (int j = 0; j < width; j += columnGroup) {
+                const double* const row = v + step * rows[i] + j;
+                for (int k = 0; k < columnGroup; ++k)
+                    w[step * i + j + k] = row[k];
+            }
 }
 
-// V[rows[i]] := V[rows[i]] - W[i]
-void subtract(int width, const int* rows, int count, const double* w, double* v)
+// V[rows[i]] := V[rows[i]] + or - W[i]
+template <class Operation>
+void combine(Operation operation, int width, const int* rows, int count, const double* w, double* v)
 {
     const std::int64_t step = width;
     if (width == 1)
         for (int i = 0; i < count; ++i)
-            v[rows[i]] -= w[i];
+            v[rows[i]] = operation(v[rows[i]], w[i]);
     else
         for (int i = 0; i < count; ++i)
             for (int j = 0; j < width; j += columnGroup) {
                 double* const row = v + step * rows[i] + j;
                 for (int k = 0; k < columnGroup; ++k)
-                    row[k] -= w[step * i + j + k];
+                    row[k] = operation(row[k], w[step * i + j + k]);
             }
-}
-
-// Where the next array starts, behind so many numbers: with a cache line.
-std::int64_t aligned(std::int64_t count)
-{
-    return (count + 7) / 8 * 8;
 }
 
 } // namespace
@@ -53,95 +52,73 @@ void Factor::solve(Vectors& x, bool transposed, int threads) const
 {
     const int width = x.columns == 1 ? 1 : (x.columns + columnGroup - 1) / columnGroup * columnGroup;
     const std::int64_t step = width;
-    const std::int64_t own = aligned(step * analysis_.n);
-    const Workspace room(own + step * static_cast<std::int64_t>(pieces_.rows.size()));
-    double *const y = room.get(), *const given = y + own;
-    for (int k = 0; k < x.n; ++k)
-        for (int j = 0; j < width; ++j)
-            y[j + step * k] = j < x.columns ? x.column(j)[analysis_.permutation[k]] : 0.0;
     const double work = static_cast<double>(width) * static_cast<double>(analysis_.panelEntries);
     const int used = work < schedule_.cuts.leastSolved ? 1 : threads, tasks = pieces_.graph.count();
+    const Workspace room(step * pieces_.length);
+    double* const y = room.get();
+    const auto eachUnknown = [&](const auto& visit) {
+        for (const Piece& piece : pieces_.pieces)
+            for (int k = 0; k < piece.pivots(); ++k)
+                visit(analysis_.permutation[piece.begin + k], y + step * (piece.home + k));
+    };
+    eachUnknown([&](int unknown, double* row) {
+        for (int j = 0; j < width; ++j)
+            row[j] = j < x.columns ? x.column(j)[unknown] : 0.0;
+    });
     pieces_.graph.execute(used, [&](int t) {
         if (t < tasks / 2)
-            forward(pieces_.pieces[t], width, transposed, y, given);
+            forward(pieces_.pieces[t], width, transposed, y);
         else
             backward(pieces_.pieces[tasks - 1 - t], width, transposed, y);
     });
-    for (int j = 0; j < x.columns; ++j)
-        for (int k = 0; k < x.n; ++k)
-            x.column(j)[analysis_.permutation[k]] = y[j + step * k];
+    eachUnknown([&](int unknown, const double* row) {
+        for (int j = 0; j < x.columns; ++j)
+            x.column(j)[unknown] = row[j];
+    });
 }
 
-// Where a piece works: its pivots in Y, or, where it has rows outside, a copy of them with room for those.
-// Aligned, so that the BLAS does the same wherever it is.
-struct Factor::Desk
-{
-    Desk(const Piece& piece, std::int64_t step, double* y)
-        : own(y + step * piece.begin), pivots(step * (piece.end - piece.begin)), outside(step * piece.count),
-          copied(outside > 0 ? aligned(pivots + outside) : 0), room(copied + step * piece.largestFront),
-          v(outside > 0 ? room.get() : own), work(room.get() + copied)
-    {
-        if (outside > 0)
-            std::copy_n(own, pivots, v);
-    }
-    void leave()
-    {
-        if (outside > 0)
-            std::copy_n(v, pivots, own);
-    }
-
-    double* own;
-    std::int64_t pivots, outside, copied;
-    Workspace room;
-    double *v, *work; // work has the rows of one front
-};
-
-// `given`: what each piece takes from the rows outside of it.
-void Factor::forward(const Piece& piece, int width, bool transposed, double* y, double* given) const
+// Leaves in the rows outside what is to be added to those of the parent.
+void Factor::forward(const Piece& piece, int width, bool transposed, double* y) const
 {
     const std::int64_t step = width;
-    Desk desk(piece, step, y);
-    double *const v = desk.v, *const work = desk.work;
-    std::fill_n(v + desk.pivots, desk.outside, 0.0);
+    double *const v = y + step * piece.home, *const w = y + step * piece.front;
+    std::fill_n(v + step * piece.pivots(), step * piece.outside, 0.0);
     for (int c : piece.children) {
         const Piece& child = pieces_.pieces[c];
-        subtract(width, pieces_.at.data() + child.outside, child.count, given + step * child.outside, v);
+        combine(std::plus<>(), width, pieces_.at.data() + child.at, child.outside,
+                y + step * (child.home + child.pivots()), v);
     }
     for (int f = piece.first; f <= piece.last; ++f) {
         const Front& front = analysis_.fronts[f];
         const int* rows = pieces_.local.data() + front.rows;
         double* const own = v + step * (front.first - piece.begin);
         if (transposed && !symmetric_)
-            forwardByUpper(front, width, own, work);
+            forwardByUpper(front, width, own, w);
         else
-            forwardByLower(front, width, own, work);
-        subtract(width, rows + front.pivots, front.rest(), work + step * front.pivots, v);
+            forwardByLower(front, width, own, w);
+        combine(std::minus<>(), width, rows + front.pivots, front.rest(), w + step * front.pivots, v);
     }
-    double* const out = given + step * piece.outside;
-    for (std::int64_t i = 0; i < desk.outside; ++i)
-        out[i] = -v[desk.pivots + i];
-    desk.leave();
 }
 
 void Factor::backward(const Piece& piece, int width, bool transposed, double* y) const
 {
     const std::int64_t step = width;
-    Desk desk(piece, step, y);
-    double *const v = desk.v, *const work = desk.work;
-    gather(width, pieces_.rows.data() + piece.outside, piece.count, y, v + desk.pivots);
+    double *const v = y + step * piece.home, *const w = y + step * piece.front;
+    if (piece.parent >= 0)
+        gather(width, pieces_.at.data() + piece.at, piece.outside,
+               y + step * pieces_.pieces[piece.parent].home, v + step * piece.pivots());
     for (int f = piece.last; f >= piece.first; --f) {
         const Front& front = analysis_.fronts[f];
         const int* rows = pieces_.local.data() + front.rows;
         double* const own = v + step * (front.first - piece.begin);
-        std::copy_n(own, step * front.pivots, work);
-        gather(width, rows + front.pivots, front.rest(), v, work + step * front.pivots);
+        std::copy_n(own, step * front.pivots, w);
+        gather(width, rows + front.pivots, front.rest(), v, w + step * front.pivots);
         if (transposed || symmetric_)
-            backwardByLower(front, width, work);
+            backwardByLower(front, width, w);
         else
-            backwardByUpper(front, width, work);
-        std::copy_n(work, step * front.pivots, own);
+            backwardByUpper(front, width, w);
+        std::copy_n(w, step * front.pivots, own);
     }
-    desk.leave();
 }
 
 // V := (L11*D)^-1 * V, W2 := (L21*D) * V

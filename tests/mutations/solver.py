@@ -124,7 +124,7 @@ MUTATIONS = [
     ("backward does not wait for forward", SOLVER + "pieces.cpp", "edges.emplace_back(p, down(p));", ";", TASKS),
     ("the shortest path begins first", SOLVER + "task_graph.cpp", "path[a] > path[b]", "path[a] < path[b]", TASKS),
     ("a path is as long as its first task", SOLVER + "task_graph.cpp", "path[t] = std::max(path[t], path[waiting]);", ";", TASKS),
-    ("what a piece gives goes one row too far", SOLVER + "pieces.cpp", "at[i] = rows[i] < parent.end", "at[i] = rows[i] + 1 < parent.end", TASKS),
+    ("what a piece gives goes one row too far", SOLVER + "pieces.cpp", "if (row < piece.end)", "if (row + 1 < piece.end)", TASKS),
     ("a piece gives what comes from its last front only", SOLVER + "pieces.cpp", "if (front.parent < 0 || front.parent > piece.last)",
      "if (f == piece.last)", TASKS),
     # narrow triangles and few right-hand sides
