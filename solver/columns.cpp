@@ -137,7 +137,10 @@ BLA_BODY void forwardGroup(int j, int order, const double* l, const double* reci
             x[q][g] = (x[q][g] - sum) * reciprocal[j + q];
             store(v + at, x[q][g]);
         }
-    for (int i = j + Columns; i < order; ++i)
+    const double* const next = column + std::int64_t{order} * Columns;
+    for (int i = j + Columns; i < order; ++i) {
+        if ((i - j - Columns) % line == 0)
+            fetch<Columns>(next + i, order);
         for (int g = 0; g < Count; ++g) {
             double* const row = w + ld * i + lanesOf<T> * g;
             T before, sum{};
@@ -146,6 +149,7 @@ BLA_BODY void forwardGroup(int j, int order, const double* l, const double* reci
             load(before, row);
             store(row, before + sum);
         }
+    }
 }
 
 template <class T, int Count, int Columns>
@@ -153,16 +157,20 @@ BLA_BODY void backwardGroup(int j, int order, const double* l, const double* rec
                             std::int64_t ld)
 {
     const double* const column = l + std::int64_t{order} * j;
+    const double* const next = column - std::int64_t{order} * Columns;
     T x[Columns][Count], sums[Columns][Count] = {};
     for (int first = j + Columns; first < order; first += chunk) {
         T part[Columns][Count] = {};
-        for (int i = first; i < std::min(first + chunk, order); ++i)
+        for (int i = first; i < std::min(first + chunk, order); ++i) {
+            if ((i - first) % line == 0)
+                fetch<Columns>(next + i, order);
             for (int g = 0; g < Count; ++g) {
                 T row;
                 load(row, v + ld * i + lanesOf<T> * g);
                 for (int q = 0; q < Columns; ++q)
                     part[q][g] += row * column[i + std::int64_t{order} * q];
             }
+        }
         for (int q = 0; q < Columns; ++q)
             for (int g = 0; g < Count; ++g)
                 sums[q][g] += part[q][g];
