@@ -5,11 +5,11 @@ usage: table.py FOLDER [--threads 1,2] [--cubes 16,20,24,28,32] [--repetitions N
                 [--json FILE] [--earlier FILE] [--markdown FILE] [FILE.mtx...]
 
 FOLDER has the programs. Every contender is a process of its own; they take turns, and the fastest run of each counts.
-Ours runs over OpenBLAS and over MKL, as CHOLMOD and MUMPS run over OpenBLAS and PARDISO over MKL: that of the two with
-the shorter factorisation and solution is held against the best of the peers. MKL is fetched by scripts/fetch_mkl.sh;
-without it its lines are missing. Factorisations have the pattern of the one before and other values. --cubes are those
-of elasticity, of M^3 nodes, "" for none. --clock cpu measures the processor's time, for one thread on a busy machine. --earlier takes what --json wrote of another
-run on the same machine: of both times of a contender the shorter one counts, ours as theirs.
+Ours runs over OpenBLAS and over MKL, as CHOLMOD and MUMPS run over OpenBLAS and PARDISO over MKL: the shorter time of
+the two is held against the best of the peers. MKL is fetched by scripts/fetch_mkl.sh; without it its lines are missing.
+Factorisations have the pattern of the one before and other values. --cubes are those of elasticity, of M^3 nodes, ""
+for none. --clock cpu measures the processor's time, for one thread on a busy machine. --earlier takes what --json wrote
+of another run on the same machine: of both times of a contender the shorter one counts, ours as theirs.
 """
 import argparse
 import datetime
@@ -132,13 +132,13 @@ MEASURES = {phase: (lambda result, phase=phase: result[phase]) for phase in PHAS
 
 
 def compare(results):
-    """(our better result, {measure: (time of the best peer over ours, that peer)})"""
-    ours = min((name for name in results if is_ours(name)), key=lambda name: first_solution(results[name]))
+    """(our better result, {measure: (time of the best peer over our best, that peer)})"""
+    ours, peers = ([name for name in results if is_ours(name) == own] for own in (True, False))
     ratios = {}
     for measure, time_of in MEASURES.items():
-        peer = min((name for name in results if not is_ours(name)), key=lambda name: time_of(results[name]))
-        ratios[measure] = (time_of(results[peer]) / time_of(results[ours]), peer)
-    return ours, ratios
+        peer = min(peers, key=lambda name: time_of(results[name]))
+        ratios[measure] = (time_of(results[peer]) / min(time_of(results[name]) for name in ours), peer)
+    return min(ours, key=lambda name: first_solution(results[name])), ratios
 
 
 def show(title, results):
