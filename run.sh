@@ -8,7 +8,7 @@ cd "$(dirname "$0")"
 project=$PWD
 . scripts/prepare.sh
 install_packages build >&2
-if [ ! -e build/build.ninja ] || ! ninja -C build -n 2>/dev/null | grep -q 'no work to do'; then
+if [ ! -e build/build.ninja ] || ! ninja -C build -n 2>/dev/null | grep 'no work to do' >/dev/null; then
     echo "Building (once; a few minutes) ..." >&2
 fi
 build build -DBLA_BUILD_TESTS=OFF >&2

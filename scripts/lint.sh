@@ -14,8 +14,13 @@ failed=0
 sources=$(git ls-files '*.c' '*.cpp' '*.h' '*.f90' '*.py' '*.sh' '*.cmake' '*CMakeLists.txt' '*.map' '*.in' .ci/run |
     grep -v '\.pc\.in')
 for file in $sources; do
-    head -n 2 "$file" | grep -q 'SPDX-License-Identifier: BSD-3-Clause' || { echo "$file: no SPDX line"; failed=1; }
+    head -n 2 "$file" | grep 'SPDX-License-Identifier: BSD-3-Clause' >/dev/null || { echo "$file: no SPDX line"; failed=1; }
 done
+# A reader that ends at its first match fails the writer, and with it the script.
+if git grep -nE '\| *grep -[a-zA-Z]*q' -- '*.sh' .ci/run; then
+    echo "a pipe into grep -q: read all of it, with >/dev/null"
+    failed=1
+fi
 formatter=$(command -v clang-format-14 || command -v clang-format || true)
 if [ -n "$formatter" ]; then
     # shellcheck disable=SC2046

@@ -12,7 +12,7 @@ install_packages() {
     local missing=() section package
     while read -r section package; do
         case " $* " in *" $section "*) ;; *) continue ;; esac
-        dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
+        dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep 'ok installed' >/dev/null || missing+=("$package")
     done < <(grep -v '^#' packages.txt)
     [ ${#missing[@]} -gt 0 ] || return 0
 

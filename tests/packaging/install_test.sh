@@ -23,7 +23,7 @@ for file in "$lib/libZEFTOVBlaModule.so.1" "$prefix/include/TOVBlaModule.h" "$pr
     "$lib"/fortran/gfortran-mod-*/tovbla.mod "$prefix"/bin/bla_{solve,info} "$prefix"/share/man/man1/bla_{solve,info}.1; do
     [ -e "$file" ] || fail "not installed: $file"
 done
-objdump -p "$lib/libZEFTOVBlaModule.so" | grep -q 'SONAME *libZEFTOVBlaModule.so.1$' || fail "soname"
+objdump -p "$lib/libZEFTOVBlaModule.so" | grep 'SONAME *libZEFTOVBlaModule.so.1$' >/dev/null || fail "soname"
 [ "$(readlink "$lib/libZEFTOVBlaModule.so.1")" = libZEFTOVBlaModule.so.1.0.0 ] || fail "version"
 mkdir "$scratch/text" # compressed files, compiled Fortran modules among them, as what they hold
 for file in $(LC_ALL=C grep -rlaP '^\x1f\x8b' "$prefix"); do zcat "$file" >"$scratch/text/$(basename "$file")"; done
@@ -70,7 +70,7 @@ cc -Wall -Wextra -Werror -o "$scratch/first_solve" "$source/examples/first_solve
 c++ -Wall -Wextra -Werror -o "$scratch/first_solve_cpp" "$source/examples/first_solve.cpp" $(pkg-config --cflags --libs zeftovblasolver)
 gfortran -o "$scratch/first_solve_f" "$source/examples/first_solve.f90" $(pkg-config --cflags --libs zeftovblasolver)
 for program in first_solve first_solve_cpp first_solve_f; do "$scratch/$program"; done
-objdump -p "$lib/libZEFTOVBlaSolver.so" | grep -q 'SONAME *libZEFTOVBlaSolver.so.0$' || fail "soname of the solver"
+objdump -p "$lib/libZEFTOVBlaSolver.so" | grep 'SONAME *libZEFTOVBlaSolver.so.0$' >/dev/null || fail "soname of the solver"
 
 echo "== the manual's first page"
 "$here/run_manual.sh" "$source/docs/getting-started.md"
