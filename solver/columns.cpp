@@ -8,7 +8,8 @@
 
 namespace {
 
-// Columns of the panel that are taken at once.
+// Columns of the panel that are taken at once. Each of their unknowns waits for the one before: what it takes
+// from that has its own reciprocal in it beforehand, and it waits for a product and a difference only.
 constexpr int together = 4;
 // Sums are made of as many terms at a time: the error of a long one grows with the number of its parts.
 constexpr int chunk = 32;
@@ -46,10 +47,10 @@ BLA_BODY void forwardColumns(int j, int order, const double* l, const double* re
 {
     const double* const column = l + std::int64_t{order} * j;
     for (int q = 0; q < Columns; ++q) {
-        double sum = w[j + q];
+        double x = (v[j + q] - w[j + q]) * reciprocal[j + q];
         for (int k = 0; k < q; ++k)
-            sum += column[j + q + std::int64_t{order} * k] * v[j + k];
-        v[j + q] = (v[j + q] - sum) * reciprocal[j + q];
+            x -= column[j + q + std::int64_t{order} * k] * reciprocal[j + q] * v[j + k];
+        v[j + q] = x;
     }
     const double* const next = column + std::int64_t{order} * Columns;
     int i = j + Columns;
@@ -92,11 +93,17 @@ BLA_BODY void backwardColumns(int j, int order, const double* l, const double* r
     for (; i < order; ++i)
         for (int q = 0; q < Columns; ++q)
             sum[q] += column[i + std::int64_t{order} * q] * v[i];
+    double x[Columns];
     for (int q = Columns - 1; q >= 0; --q) {
-        for (int k = Columns - 1; k > q; --k) // the one that comes last is added last
-            sum[q] += column[j + k + std::int64_t{order} * q] * v[j + k];
-        v[j + q] = (v[j + q] - sum[q]) * reciprocal[j + q];
+        x[q] = (v[j + q] - sum[q]) * reciprocal[j + q];
+        for (int k = Columns - 1; k > q; --k) // the one that comes last is taken last
+            x[q] -= column[j + k + std::int64_t{order} * q] * reciprocal[j + q] * x[k];
     }
+    // At once, as they are read: the processor hands on no parts that it would have to put together.
+    if constexpr (Columns == lanes)
+        store(v + j, Four{x[0], x[1], x[2], x[3]});
+    else
+        std::copy_n(x, Columns, v + j);
 }
 
 BLA_BODY void forwardOne(int order, int pivots, const double* l, const double* reciprocal, double* v,
@@ -131,10 +138,10 @@ BLA_BODY void forwardGroup(int j, int order, const double* l, const double* reci
             const std::int64_t at = ld * (j + q) + lanesOf<T> * g;
             T sum;
             load(sum, w + at);
-            for (int k = 0; k < q; ++k)
-                sum += x[k][g] * column[j + q + std::int64_t{order} * k];
             load(x[q][g], v + at);
             x[q][g] = (x[q][g] - sum) * reciprocal[j + q];
+            for (int k = 0; k < q; ++k)
+                x[q][g] -= x[k][g] * (column[j + q + std::int64_t{order} * k] * reciprocal[j + q]);
             store(v + at, x[q][g]);
         }
     const double* const next = column + std::int64_t{order} * Columns;
@@ -179,9 +186,9 @@ BLA_BODY void backwardGroup(int j, int order, const double* l, const double* rec
         for (int g = 0; g < Count; ++g) {
             double* const own = v + ld * (j + q) + lanesOf<T> * g;
             load(x[q][g], own);
-            for (int k = q + 1; k < Columns; ++k)
-                sums[q][g] += x[k][g] * column[j + k + std::int64_t{order} * q];
             x[q][g] = (x[q][g] - sums[q][g]) * reciprocal[j + q];
+            for (int k = Columns - 1; k > q; --k)
+                x[q][g] -= x[k][g] * (column[j + k + std::int64_t{order} * q] * reciprocal[j + q]);
             store(own, x[q][g]);
         }
 }

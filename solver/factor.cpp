@@ -43,16 +43,10 @@ double Factor::bytes(const Analysis& analysis, const Schedule& schedule, bool sy
            2 * benches * sizeof(int) * static_cast<double>(analysis.fronts.size());
 }
 
-void Factor::factorise(const double* value, const PivotRule& rule, const Progress& progress, TaskTime* times)
+void Factor::factorise(const double* value, const PivotRule& rule, const Progress& progress, const Team& team,
+                       TaskTime* times)
 {
     const Stopwatch watch;
-    // A tiny pivot keeps the side of zero on which its diagonal entry lay; one that started at zero goes
-    // below, where the Schur complements of saddle-point systems are.
-    for (int k = 0; k < analysis_.n; ++k) {
-        const std::int64_t p = assembly_.diagonal(analysis_.permutation[k]);
-        downward_[k] = p < 0 || value[p] == 0.0 ? symmetric_ : value[p] < 0.0;
-    }
-
     if (rule.shift > 0.0) {
         std::fill(tolerance_.begin(), tolerance_.end(), rule.tolerance / rule.shift);
         std::fill(shift_.begin(), shift_.end(), rule.shift);
@@ -81,8 +75,9 @@ void Factor::factorise(const double* value, const PivotRule& rule, const Progres
         if (times)
             times[t] = {TaskGraph::thread(), begin, watch.seconds()};
     };
-    const int used = flops() < schedule_.cuts.leastFactorised ? 1 : threads_;
-    schedule_.graph.execute(used, std::cref(perform)); // which takes no memory
+    const Team alone(1);
+    const bool little = flops() < schedule_.cuts.leastFactorised;
+    schedule_.graph.execute(little ? alone : team, std::cref(perform)); // which takes no memory
     countPivots(rule.shift > 0.0);
 }
 
@@ -93,10 +88,16 @@ FrontStorage Factor::storage(int f, double* schur) const
             symmetric_ ? nullptr : rights_.get() + front.right, schur};
 }
 
-Pivots Factor::pivotsFrom(int k)
+// A tiny pivot keeps the side of zero on which its diagonal entry lay; one that started at zero goes below,
+// where the Schur complements of saddle-point systems are.
+Pivots Factor::pivotsFrom(int first, int count, const double* value)
 {
-    return {d_.data() + k,          dinv_.data() + k,  downward_.data() + k,
-            correction_.data() + k, tolerance_.data(), shift_.data()};
+    for (int k = first; k < first + count; ++k) {
+        const std::int64_t p = assembly_.diagonal(analysis_.permutation[k]);
+        downward_[k] = p < 0 || value[p] == 0.0 ? symmetric_ : value[p] < 0.0;
+    }
+    return {d_.data() + first,          dinv_.data() + first, downward_.data() + first,
+            correction_.data() + first, tolerance_.data(),    shift_.data()};
 }
 
 // One bench for each thread: there is an idle one.
@@ -152,11 +153,11 @@ void Factor::eliminateBranch(const Branch& branch, const double* value, const Pi
         addChildren(Part::factor);
         if (f == analysis_.kept)
             std::copy_n(own.panel, schur_.size(), schur_.begin());
+        const Pivots pivots = pivotsFrom(front.first, own.pivots, value);
         if (symmetric_)
-            eliminateSymmetric(rule, own.pivots, own.rest, own.panel, own.schur, pivotsFrom(front.first));
+            eliminateSymmetric(rule, own.pivots, own.rest, own.panel, own.schur, pivots);
         else
-            eliminateUnsymmetric(rule, own.pivots, own.rest, own.panel, own.right, own.schur,
-                                 pivotsFrom(front.first));
+            eliminateUnsymmetric(rule, own.pivots, own.rest, own.panel, own.right, own.schur, pivots);
         addChildren(Part::schur);
         for (; !children.empty() && analysis_.fronts[children.back()].parent == f; children.pop_back()) {
             const std::int64_t rest = analysis_.fronts[children.back()].rest();
@@ -226,7 +227,7 @@ void Factor::doTile(const Task& task, const double* value, const PivotRule& rule
         break;
     case Task::Kind::eliminate:
         eliminatePivots(rule, symmetric_, width(k), tile(k, k).data, front.order,
-                        pivotsFrom(front.first + tiling.begin(k)));
+                        pivotsFrom(front.first + tiling.begin(k), width(k), value));
         break;
     case Task::Kind::lower:
         solveLower(rule, symmetric_, width(task.i), width(k), tile(k, k).data, front.order,

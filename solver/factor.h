@@ -25,6 +25,22 @@ struct TreatedPivot
     double shift;
 };
 
+// Right-hand sides, or solutions in their place: vectors ld apart.
+struct Block
+{
+    double* value;
+    std::int64_t ld;
+    int columns;
+};
+
+// How the vectors of another system are those of the factor's: the number of unknown u is at place row[u],
+// and counts factor[u] times. Null: at u, once.
+struct Border
+{
+    const int* row = nullptr;
+    const double* factor = nullptr;
+};
+
 // When a task of the schedule ran, in seconds since the begin of the factorisation, and on which thread.
 struct TaskTime
 {
@@ -35,18 +51,21 @@ struct TaskTime
 class Factor
 {
 public:
-    // Takes all memory that there is need of. Plan: they must outlive the factor.
+    // Takes all memory that there is need of with so many threads. Plan: they must outlive the factor.
     Factor(const Analysis& analysis, const Assembly& assembly, const Schedule& schedule, const Pieces& pieces,
            int threads);
 
     // `value` are the entries in the sequence of the pattern of the assembly, of a symmetric matrix those
-    // with column <= row. May be called again, for other values or another rule; throws nothing but what
-    // `progress` does. `times`: of every task; null: not wanted.
-    void factorise(const double* value, const PivotRule& rule, const Progress& progress,
+    // with column <= row. May be called again, for other values or another rule, by a team of at most as many
+    // threads as there is memory for; throws nothing but what `progress` does. `times`: of every task; null:
+    // not wanted.
+    void factorise(const double* value, const PivotRule& rule, const Progress& progress, const Team& team = 1,
                    TaskTime* times = nullptr);
 
     // X := A^-1 * X, or A^-T * X
-    void solve(Vectors& x, bool transposed = false, int threads = 1) const;
+    void solve(Vectors& x, bool transposed = false, const Team& team = 1) const;
+    // Of another system: right-hand sides come in and solutions go out across its borders.
+    void solve(const Block& x, const Border& in, const Border& out, bool transposed, const Team& team) const;
 
     // Signs of the pivots that were used as they came, and those that were not.
     int positive() const { return positive_; }
@@ -78,15 +97,16 @@ private:
     };
 
     class Seat; // of a thread at a bench
+    struct Solving;
 
     FrontStorage storage(int front, double* schur) const;
-    Pivots pivotsFrom(int k);
+    Pivots pivotsFrom(int first, int count, const double* value);
     void assemble(int front, int begin, int end, const double* value, const FrontStorage& storage) const;
     void eliminateBranch(const Branch& branch, const double* value, const PivotRule& rule,
                          const Progress& add);
     void doTile(const Task& task, const double* value, const PivotRule& rule, const Progress& add);
-    void forward(const Piece& piece, int width, bool transposed, double* y) const;
-    void backward(const Piece& piece, int width, bool transposed, double* y) const;
+    void forward(const Piece& piece, const Solving& solving) const;
+    void backward(const Piece& piece, const Solving& solving) const;
     void forwardByLower(const Front& front, int width, double* v, double* w) const;
     void backwardByLower(const Front& front, int width, double* v) const;
     void forwardByUpper(const Front& front, int width, double* v, double* w) const;

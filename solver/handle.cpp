@@ -139,6 +139,13 @@ int bla_solver::threads() const
     return options.threads > 0.0 ? std::min(static_cast<int>(options.threads), most) : most;
 }
 
+const Team& bla_solver::team() const
+{
+    if (team_.threads() != threads())
+        team_ = threads();
+    return team_;
+}
+
 double bla_solver::bytes(const Plan& used) const
 {
     const double entries = static_cast<double>(rows->pattern().entries());
@@ -162,7 +169,7 @@ bool bla_solver::equilibrateByDiagonal(const double* value, Equilibrated& made)
     std::vector<double> scale = diagonalScales(rows->diagonal(value));
     if (scale.empty())
         return false;
-    if (!rows->scaledLower(value, scale, scaledEntries.data()))
+    if (!rows->scaledLower(value, scale, scaledEntries.data(), team()))
         return false;
     made.rowOf.resize(n());
     std::iota(made.rowOf.begin(), made.rowOf.end(), 0);
@@ -184,7 +191,7 @@ void bla_solver::factoriseWell(Factor& factor, const double* value, Numbers& mad
         shifting{shiftTolerance, pivotShift, width};
     const auto run = [&](const PivotRule& rule, const char* phase) {
         factor.factorise(used, rule, monitor ? [&](double share) { report(phase, share); } : Progress(),
-                         made.times ? made.times->data() : nullptr);
+                         team(), made.times ? made.times->data() : nullptr);
         made.shifted = rule.shift > 0.0;
     };
     run(asked, "factorising");
@@ -193,8 +200,8 @@ void bla_solver::factoriseWell(Factor& factor, const double* value, Numbers& mad
     const bool definite = symmetric && factor.negative() == 0 && factor.treated() == 0;
     if (definite && factor.smallestPivot() > soundPivot)
         return;
-    const Factorised inverse{[&](Vectors& x) { factor.solve(x, false, threads()); },
-                             [&](Vectors& x) { factor.solve(x, true, threads()); }, true};
+    const Factorised inverse{[&](Vectors& x) { factor.solve(x, false, team()); },
+                             [&](Vectors& x) { factor.solve(x, true, team()); }, true};
     try {
         if (a.n == 0)
             a = made.equilibrated.applied(rows->matrix(value));
@@ -215,17 +222,15 @@ void bla_solver::factoriseWell(Factor& factor, const double* value, Numbers& mad
         run(asked, "factorising again");
 }
 
-void bla_solver::apply(Vectors& x, bool transposed, int threads) const
+// M = R * Q * A * C is what is factorised: A^-1 = C * M^-1 * R * Q, A^-T = Q^T * R * M^-T * C.
+void bla_solver::apply(const Block& x, bool transposed, const Team& team) const
 {
+    const Equilibrated& e = numbers->equilibrated;
+    const Border in{e.rowOf.data(), e.row.data()}, out{nullptr, e.column.data()};
     if (transposed)
-        numbers->equilibrated.enterTransposed(x);
+        numbers->factor->solve(x, out, in, true, team);
     else
-        numbers->equilibrated.enter(x);
-    numbers->factor->solve(x, transposed, threads);
-    if (transposed)
-        numbers->equilibrated.leaveTransposed(x);
-    else
-        numbers->equilibrated.leave(x);
+        numbers->factor->solve(x, in, out, false, team);
 }
 
 void bla_solver::solve(bool transposed, int columns, double* b, std::int64_t ldb)
@@ -235,15 +240,18 @@ void bla_solver::solve(bool transposed, int columns, double* b, std::int64_t ldb
     const std::thread::id caller = std::this_thread::get_id();
     // Of nothing, b may be missing.
     const int blocks = n() == 0 ? 0 : (columns + blockColumns - 1) / blockColumns;
-    const int together = std::clamp(blocks, 1, threads());
-    TaskGraph(blocks, {}).execute(together, [&](int block) {
+    const auto solveBlock = [&](int block, const Team& team) {
         const int j = blockColumns * block;
         if (std::this_thread::get_id() == caller)
             report("solving", static_cast<double>(j) / columns);
-        Vectors x = copied(b + ldb * j, ldb, n(), std::min(blockColumns, columns - j));
-        apply(x, transposed, threads() / together);
-        copyBack(x, b + ldb * j, ldb);
-    });
+        apply({b + ldb * j, ldb, std::min(blockColumns, columns - j)}, transposed, team);
+    };
+    if (blocks == 1)
+        solveBlock(0, team());
+    else
+        TaskGraph(blocks, {}).execute(team(), [&](int block) {
+            solveBlock(block, threads() / std::clamp(blocks, 1, threads()));
+        });
     numbers->secondsSolve = watch.lap();
 }
 
@@ -261,15 +269,17 @@ void bla_solver::refine(const double* value, int columns, const double* b, std::
     worst.unknowns = numbers->unheld.unknowns;
     const int steps = static_cast<int>(options.refinements);
     const SparseMatrix a = rows->matrix(value), scaled = numbers->equilibrated.applied(a);
-    const Factorised factorised{[&](Vectors& v) { numbers->factor->solve(v, false, threads()); },
-                                [&](Vectors& v) { numbers->factor->solve(v, true, threads()); },
+    const Factorised factorised{[&](Vectors& v) { numbers->factor->solve(v, false, team()); },
+                                [&](Vectors& v) { numbers->factor->solve(v, true, team()); },
                                 worst.treated > 0};
     for (int j = 0; j < columns && n() > 0; j += blockColumns) {
         report("refining", static_cast<double>(j) / columns);
         const int width = std::min(blockColumns, columns - j);
         Vectors right = copied(b + ldb * j, ldb, n(), width);
         Refined refined = refineFrom(a, right, copied(x + ldx * j, ldx, n(), width),
-                                     [&](Vectors& v) { apply(v, false, threads()); },
+                                     [&](Vectors& v) {
+                                         apply({v.value.data(), v.n, v.columns}, false, team());
+                                     },
                                      {steps, steps > 0 && worst.motions == 0 ? cycles : 0});
         copyBack(refined.x, x + ldx * j, ldx);
         // In the equilibrated system, where neither A^-1 nor its products overflow; the error is that of x.

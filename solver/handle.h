@@ -94,8 +94,10 @@ private:
     void report(const char* phase, double share) const;
     bool equilibrateByDiagonal(const double* value, Equilibrated& made);
     void factoriseWell(Factor& factor, const double* value, Numbers& made) const;
-    void apply(Vectors& x, bool transposed, int threads) const;
+    void apply(const Block& x, bool transposed, const Team& team) const;
     int threads() const;
+    const Team& team() const; // of so many
 
+    mutable Team team_ = 1;
     std::vector<double> scaledEntries; // room for those that equilibrateByDiagonal makes
 };

@@ -60,9 +60,9 @@ Pieces::Pieces(const Analysis& analysis, const Schedule& schedule)
     }
 
     const int count = static_cast<int>(pieces.size());
-    const auto down = [&](int p) { return 2 * count - 1 - p; };
+    const auto down = [&](int p) { return 2 * count - p; };
     std::vector<std::pair<int, int>> edges;
-    std::vector<double> work(2 * pieces.size(), 0.0);
+    std::vector<double> work(2 * pieces.size() + 1, 0.0);
     std::vector<std::vector<int>> outside(pieces.size());
     local.resize(analysis.rows.size());
     for (int p = 0; p < count; ++p) {
@@ -87,7 +87,8 @@ Pieces::Pieces(const Analysis& analysis, const Schedule& schedule)
             edges.emplace_back(p, q);
             edges.emplace_back(down(q), down(p));
         } else {
-            edges.emplace_back(p, down(p));
+            edges.emplace_back(p, count);
+            edges.emplace_back(count, down(p));
         }
     }
     for (int p = 0; p < count; ++p) {
@@ -95,7 +96,7 @@ Pieces::Pieces(const Analysis& analysis, const Schedule& schedule)
         for (int row : outside[p])
             at.push_back(placeOf(row, pieces[pieces[p].parent], outside[pieces[p].parent]));
     }
-    graph = TaskGraph(2 * count, std::move(edges), work);
+    graph = TaskGraph(2 * count + 1, std::move(edges), work);
 }
 
 double Pieces::bytes() const

@@ -32,7 +32,9 @@ struct Pieces
     std::vector<int> at;
     std::vector<int> local;  // the rows of the fronts, as in Analysis::rows, in the vectors of their pieces
     std::int64_t length = 0; // of the vector of all
-    TaskGraph graph;         // up: each piece; down: the pieces once more, the last one first
+    // Up: each piece. Nothing, when all are: answers may overwrite what any of them asks. Down: the pieces
+    // once more, the last one first.
+    TaskGraph graph;
 
     double bytes() const;
 };

@@ -5,10 +5,14 @@
 #include "storage.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <string>
 
 namespace {
+
+// Entries of the matrix that are scaled in one task: some ten microseconds.
+constexpr std::int64_t entriesTogether = 1 << 15;
 
 // An entry of the matrix, before equal places are joined, and the entry given that it comes from.
 struct Entry
@@ -123,7 +127,24 @@ std::vector<double> Rows::diagonal(const double* value) const
     return d;
 }
 
-bool Rows::scaledLower(const double* value, const std::vector<double>& scale, double* scaled) const
+bool Rows::scaledLower(const double* value, const std::vector<double>& scale, double* scaled,
+                       const Team& team) const
+{
+    const std::int64_t groups = pattern_.entries() / entriesTogether + 1;
+    const auto rowAt = [&](std::int64_t group) { // the first with none but entries from there on
+        const auto row =
+            std::lower_bound(pattern_.start.begin(), pattern_.start.end() - 1, group * entriesTogether);
+        return static_cast<int>(row - pattern_.start.begin());
+    };
+    std::atomic<bool> bounded = true;
+    TaskGraph(static_cast<int>(groups), {}).execute(team, [&](int group) {
+        if (!scaledRows(rowAt(group), rowAt(group + 1), value, scale.data(), scaled))
+            bounded = false;
+    });
+    return bounded;
+}
+
+bool Rows::scaledRows(int first, int last, const double* value, const double* scale, double* scaled) const
 {
     std::int64_t beyond = 0;
     const auto scaleRow = [&](int i, const auto& entryAt) {
@@ -132,7 +153,7 @@ bool Rows::scaledLower(const double* value, const std::vector<double>& scale, do
             beyond += std::fabs(scaled[p]) <= 2.0 ? 0 : 1;
         }
     };
-    for (int i = 0; i < pattern_.n; ++i)
+    for (int i = first; i < last; ++i)
         if (first_.empty())
             scaleRow(i, [&](std::int64_t p) { return value[source_[p]]; });
         else

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "sparse_matrix.h"
+#include "task_graph.h"
 
 #include <cstdint>
 #include <vector>
@@ -26,13 +27,15 @@ public:
     std::vector<double> diagonal(const double* value) const;
     // Of a symmetric matrix: scaled[p] := scale[i] * a(i, j) * scale[j] for the entries with j <= i, p their
     // places in the pattern. Whether all are at most 2 in magnitude, and so finite.
-    bool scaledLower(const double* value, const std::vector<double>& scale, double* scaled) const;
+    bool scaledLower(const double* value, const std::vector<double>& scale, double* scaled,
+                     const Team& team) const;
 
     const SparseMatrix& pattern() const { return pattern_; } // without values
     double bytes() const;
 
 private:
     double entry(const double* value, std::int64_t p) const;
+    bool scaledRows(int first, int last, const double* value, const double* scale, double* scaled) const;
 
     SparseMatrix pattern_;
     std::vector<std::int64_t> lowerEnd_; // of a symmetric matrix: where the entries with j <= i of row i end

@@ -142,25 +142,3 @@ void Equilibrated::enter(Vectors& b) const
     }
     dense::scaleRows(b.n, b.columns, b.value.data(), b.n, row.data());
 }
-
-void Equilibrated::leave(Vectors& x) const
-{
-    dense::scaleRows(x.n, x.columns, x.value.data(), x.n, column.data());
-}
-
-// A^T = C^-1 * M^T * R^-1 * Q for M = R * Q * A * C
-void Equilibrated::enterTransposed(Vectors& b) const
-{
-    dense::scaleRows(b.n, b.columns, b.value.data(), b.n, column.data());
-}
-
-void Equilibrated::leaveTransposed(Vectors& x) const
-{
-    dense::scaleRows(x.n, x.columns, x.value.data(), x.n, row.data());
-    std::vector<double> moved(x.n);
-    for (int j = 0; j < x.columns; ++j) {
-        for (int i = 0; i < x.n; ++i)
-            moved[rowOf[i]] = x.column(j)[i];
-        std::copy(moved.begin(), moved.end(), x.column(j));
-    }
-}

@@ -18,12 +18,8 @@ struct Equilibrated
     // A with other values, by the same exchanges and factors
     SparseMatrix applied(SparseMatrix a) const;
 
-    // b of A*x = b to the right-hand side of the equilibrated system, and its solution back to x; in place
+    // b of A*x = b to the right-hand side of the equilibrated system, in place
     void enter(Vectors& b) const;
-    void leave(Vectors& x) const;
-    // the same for A^T*x = b and the transposed equilibrated system
-    void enterTransposed(Vectors& b) const;
-    void leaveTransposed(Vectors& x) const;
 };
 
 // Factors that bring a diagonal to magnitudes of 1/2 to 2, which equilibrates a positive definite matrix:

@@ -46,79 +46,129 @@ void combine(Operation operation, int width, const int* rows, int count, const d
             }
 }
 
-} // namespace
-
-void Factor::solve(Vectors& x, bool transposed, int threads) const
+// W[k] := d[k] * V[k]
+void scaleRows(int width, const double* d, int count, const double* v, double* w)
 {
-    const int width = x.columns == 1 ? 1 : (x.columns + columnGroup - 1) / columnGroup * columnGroup;
-    const std::int64_t step = width;
-    const double work = static_cast<double>(width) * static_cast<double>(analysis_.panelEntries);
-    const int used = work < schedule_.cuts.leastSolved ? 1 : threads, tasks = pieces_.graph.count();
-    const Workspace room(step * pieces_.length);
-    double* const y = room.get();
-    const auto eachUnknown = [&](const auto& visit) {
-        for (const Piece& piece : pieces_.pieces)
-            for (int k = 0; k < piece.pivots(); ++k)
-                visit(analysis_.permutation[piece.begin + k], y + step * (piece.home + k));
-    };
-    eachUnknown([&](int unknown, double* row) {
+    for (int k = 0; k < count; ++k)
         for (int j = 0; j < width; ++j)
-            row[j] = j < x.columns ? x.column(j)[unknown] : 0.0;
-    });
-    pieces_.graph.execute(used, [&](int t) {
-        if (t < tasks / 2)
-            forward(pieces_.pieces[t], width, transposed, y);
-        else
-            backward(pieces_.pieces[tasks - 1 - t], width, transposed, y);
-    });
-    eachUnknown([&](int unknown, const double* row) {
-        for (int j = 0; j < x.columns; ++j)
-            x.column(j)[unknown] = row[j];
+            w[std::int64_t{width} * k + j] = d[k] * v[std::int64_t{width} * k + j];
+}
+
+// Calls visit(k, the number in the first vector of unknown[k], how often it counts).
+template <class Visit>
+void acrossBorder(const Block& x, const Border& border, const int* unknown, int count, Visit visit)
+{
+    for (int k = 0; k < count; ++k)
+        visit(k, x.value + (border.row ? border.row[unknown[k]] : unknown[k]),
+              border.factor ? border.factor[unknown[k]] : 1.0);
+}
+
+// Rows of V, numbers that there are no vectors for being zero, from those of X; and to them.
+void enter(const Block& x, const Border& in, const int* unknown, int count, int width, double* v)
+{
+    if (width == 1)
+        return acrossBorder(x, in, unknown, count,
+                            [&](int k, const double* given, double factor) { v[k] = *given * factor; });
+    acrossBorder(x, in, unknown, count, [&](int k, const double* given, double factor) {
+        for (int j = 0; j < width; ++j)
+            v[std::int64_t{width} * k + j] = j < x.columns ? given[x.ld * j] * factor : 0.0;
     });
 }
 
-// Leaves in the rows outside what is to be added to those of the parent.
-void Factor::forward(const Piece& piece, int width, bool transposed, double* y) const
+void leave(const Block& x, const Border& out, const int* unknown, int count, int width, const double* v)
 {
-    const std::int64_t step = width;
-    double *const v = y + step * piece.home, *const w = y + step * piece.front;
+    if (width == 1)
+        return acrossBorder(x, out, unknown, count,
+                            [&](int k, double* wanted, double factor) { *wanted = v[k] * factor; });
+    acrossBorder(x, out, unknown, count, [&](int k, double* wanted, double factor) {
+        for (int j = 0; j < x.columns; ++j)
+            wanted[x.ld * j] = v[std::int64_t{width} * k + j] * factor;
+    });
+}
+
+} // namespace
+
+void Factor::solve(Vectors& x, bool transposed, const Team& team) const
+{
+    solve({x.value.data(), x.n, x.columns}, {}, {}, transposed, team);
+}
+
+// Right-hand sides that become solutions, and the vectors of all pieces, rows of `width` numbers.
+struct Factor::Solving
+{
+    const Block& x;
+    const Border &in, &out;
+    bool transposed;
+    int width;
+    double* y;
+};
+
+void Factor::solve(const Block& x, const Border& in, const Border& out, bool transposed,
+                   const Team& team) const
+{
+    const int width = x.columns == 1 ? 1 : (x.columns + columnGroup - 1) / columnGroup * columnGroup;
+    const double work = static_cast<double>(width) * static_cast<double>(analysis_.panelEntries);
+    const Team alone(1);
+    const Team& used = work < schedule_.cuts.leastSolved ? alone : team;
+    const int count = static_cast<int>(pieces_.pieces.size());
+    const Workspace room(std::int64_t{width} * pieces_.length);
+    const Solving s{x, in, out, transposed, width, room.get()};
+    const auto pass = [&](int t) {
+        if (t < count)
+            forward(pieces_.pieces[t], s);
+        else if (t > count)
+            backward(pieces_.pieces[2 * count - t], s);
+    };
+    pieces_.graph.execute(used, std::cref(pass));
+}
+
+// Leaves in the rows outside what is to be added to those of the parent.
+void Factor::forward(const Piece& piece, const Solving& s) const
+{
+    const std::int64_t step = s.width;
+    double *const v = s.y + step * piece.home, *const w = s.y + step * piece.front;
+    enter(s.x, s.in, analysis_.permutation.data() + piece.begin, piece.pivots(), s.width, v);
     std::fill_n(v + step * piece.pivots(), step * piece.outside, 0.0);
     for (int c : piece.children) {
         const Piece& child = pieces_.pieces[c];
-        combine(std::plus<>(), width, pieces_.at.data() + child.at, child.outside,
-                y + step * (child.home + child.pivots()), v);
+        combine(std::plus<>(), s.width, pieces_.at.data() + child.at, child.outside,
+                s.y + step * (child.home + child.pivots()), v);
     }
     for (int f = piece.first; f <= piece.last; ++f) {
         const Front& front = analysis_.fronts[f];
         const int* rows = pieces_.local.data() + front.rows;
         double* const own = v + step * (front.first - piece.begin);
-        if (transposed && !symmetric_)
-            forwardByUpper(front, width, own, w);
+        if (s.transposed && !symmetric_)
+            forwardByUpper(front, s.width, own, w);
         else
-            forwardByLower(front, width, own, w);
-        combine(std::minus<>(), width, rows + front.pivots, front.rest(), w + step * front.pivots, v);
+            forwardByLower(front, s.width, own, w);
+        combine(std::minus<>(), s.width, rows + front.pivots, front.rest(), w + step * front.pivots, v);
     }
 }
 
-void Factor::backward(const Piece& piece, int width, bool transposed, double* y) const
+void Factor::backward(const Piece& piece, const Solving& s) const
 {
-    const std::int64_t step = width;
-    double *const v = y + step * piece.home, *const w = y + step * piece.front;
+    const std::int64_t step = s.width;
+    double *const v = s.y + step * piece.home, *const w = s.y + step * piece.front;
     if (piece.parent >= 0)
-        gather(width, pieces_.at.data() + piece.at, piece.outside,
-               y + step * pieces_.pieces[piece.parent].home, v + step * piece.pivots());
+        gather(s.width, pieces_.at.data() + piece.at, piece.outside,
+               s.y + step * pieces_.pieces[piece.parent].home, v + step * piece.pivots());
     for (int f = piece.last; f >= piece.first; --f) {
         const Front& front = analysis_.fronts[f];
         const int* rows = pieces_.local.data() + front.rows;
         double* const own = v + step * (front.first - piece.begin);
-        std::copy_n(own, step * front.pivots, w);
-        gather(width, rows + front.pivots, front.rest(), v, w + step * front.pivots);
-        if (transposed || symmetric_)
-            backwardByLower(front, width, w);
+        if (symmetric_)
+            scaleRows(s.width, d_.data() + front.first, front.pivots, own, w);
         else
-            backwardByUpper(front, width, w);
+            std::copy_n(own, step * front.pivots, w);
+        gather(s.width, rows + front.pivots, front.rest(), v, w + step * front.pivots);
+        if (s.transposed || symmetric_)
+            backwardByLower(front, s.width, w);
+        else
+            backwardByUpper(front, s.width, w);
         std::copy_n(w, step * front.pivots, own);
     }
+    leave(s.x, s.out, analysis_.permutation.data() + piece.begin, piece.pivots(), s.width, v);
 }
 
 // V := (L11*D)^-1 * V, W2 := (L21*D) * V
@@ -132,13 +182,9 @@ void Factor::forwardByLower(const Front& f, int width, double* v, double* w) con
                 w + static_cast<std::int64_t>(width) * f.pivots, width);
 }
 
-// V1 := (L11*D)^-T * (V1 - (L21*D)^T * V2), of a symmetric factor with D * V1 in place of V1
+// V1 := (L11*D)^-T * (V1 - (L21*D)^T * V2)
 void Factor::backwardByLower(const Front& f, int width, double* v) const
 {
-    if (symmetric_)
-        for (int k = 0; k < f.pivots; ++k)
-            for (int j = 0; j < width; ++j)
-                v[static_cast<std::int64_t>(width) * k + j] *= d_[f.first + k];
     const double* panel = panels_.get() + f.panel;
     if (width <= few)
         return solveBackward(f.order, f.pivots, panel, dinv_.data() + f.first, v, width);

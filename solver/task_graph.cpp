@@ -179,11 +179,25 @@ void TaskGraph::rank(const std::vector<double>& work)
         rank_[tasks[i]] = i;
 }
 
-void TaskGraph::execute(int threads, const std::function<void(int)>& task) const
+struct Team::Arena
+{
+    tbb::task_arena threads;
+};
+
+Team::Team(int threads) : threads_(threads)
+{
+    if (threads > 1)
+        arena_.reset(new (std::nothrow) Arena{tbb::task_arena(threads)});
+}
+Team::~Team() = default;
+Team::Team(Team&&) noexcept = default;
+Team& Team::operator=(Team&&) noexcept = default;
+
+void TaskGraph::execute(const Team& team, const std::function<void(int)>& task) const
 {
     std::optional<Run> run;
     try {
-        if (threads > 1 && count() > 1)
+        if (team.arena_ && count() > 1)
             run.emplace(*this, task);
     } catch (const std::bad_alloc&) { // it can do without
     }
@@ -193,12 +207,12 @@ void TaskGraph::execute(int threads, const std::function<void(int)>& task) const
         return;
     }
     try {
-        const Allowance allowed(threads);
-        tbb::task_arena arena(threads);
+        const Allowance allowed(team.threads());
         tbb::task_group_context own(tbb::task_group_context::isolated); // the caller's may be cancelled
-        arena.execute([&] {
+        team.arena_->threads.execute([&] {
             tbb::parallel_for(
-                0, std::min(threads, count()), [&](int) { run->work(); }, tbb::simple_partitioner(), own);
+                0, std::min(team.threads(), count()), [&](int) { run->work(); }, tbb::simple_partitioner(),
+                own);
         });
     } catch (...) { // the runtime has no memory or no thread; what it had begun has ended
     }

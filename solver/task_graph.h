@@ -4,9 +4,30 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <span>
 #include <utility>
 #include <vector>
+
+// As many threads of oneTBB, the calling one among them. Those that a team has had come back to its next
+// execution at once: make it once for several. It has one execution at a time.
+class Team
+{
+public:
+    Team(int threads); // makes a team of any number; none that it has no memory for
+    ~Team();
+    Team(Team&& other) noexcept;
+    Team& operator=(Team&& other) noexcept;
+
+    int threads() const { return threads_; }
+
+private:
+    friend class TaskGraph;
+    struct Arena;
+
+    int threads_;
+    std::unique_ptr<Arena> arena_; // null: the calling thread is all
+};
 
 class TaskGraph
 {
@@ -17,9 +38,9 @@ public:
     // begins first, or, where `work` is not known, the first in sequence.
     TaskGraph(int count, std::vector<std::pair<int, int>> edges, const std::vector<double>& work = {});
 
-    // On `threads` threads of oneTBB, the calling one among them; on that alone, in sequence, where it is
-    // all. What a task throws ends the others that have not begun, and is thrown again when all have ended.
-    void execute(int threads, const std::function<void(int)>& task) const;
+    // On the threads of a team; on the calling one alone, in sequence, where that is all. What a task throws
+    // ends the others that have not begun, and is thrown again when all have ended.
+    void execute(const Team& team, const std::function<void(int)>& task) const;
 
     // For a task that execute() performs: on which of the threads, from 0.
     static int thread();

@@ -23,17 +23,18 @@ std::vector<int> waitsOf(const TaskGraph& graph, const disorder::Ignored& ignore
 
 } // namespace
 
-// void TaskGraph::execute(int threads, const std::function<void(int)>& task) const, as the linker sees it
+// void TaskGraph::execute(const Team& team, const std::function<void(int)>& task) const, as the linker sees
+// it
 extern "C" {
-void __real__ZNK9TaskGraph7executeEiRKSt8functionIFviEE(const TaskGraph*, int,
-                                                        const std::function<void(int)>&);
-void __wrap__ZNK9TaskGraph7executeEiRKSt8functionIFviEE(const TaskGraph* graph, int threads,
-                                                        const std::function<void(int)>& task)
+void __real__ZNK9TaskGraph7executeERK4TeamRKSt8functionIFviEE(const TaskGraph*, const Team&,
+                                                              const std::function<void(int)>&);
+void __wrap__ZNK9TaskGraph7executeERK4TeamRKSt8functionIFviEE(const TaskGraph* graph, const Team& team,
+                                                              const std::function<void(int)>& task)
 {
     if (instead)
         (*instead)(*graph, task);
     else
-        __real__ZNK9TaskGraph7executeEiRKSt8functionIFviEE(graph, threads, task);
+        __real__ZNK9TaskGraph7executeERK4TeamRKSt8functionIFviEE(graph, team, task);
 }
 }
 

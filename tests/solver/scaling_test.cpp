@@ -125,7 +125,7 @@ TEST(Scaling, OfAnUnsymmetricMatrixPutsOnesOnTheDiagonalAndNothingLargerElsewher
     EXPECT_GT(regular, 10);
 }
 
-TEST(Scaling, CarriesRightHandSidesInAndSolutionsOut)
+TEST(Scaling, CarriesRightHandSidesIn)
 {
     auto random = generator(63);
     const SparseMatrix a = drawn(30, false, random);
@@ -133,14 +133,11 @@ TEST(Scaling, CarriesRightHandSidesInAndSolutionsOut)
     Vectors b(a.n, 3);
     for (double& x : b.value)
         x = ordinary(random);
-    Vectors entered = b, left = b;
+    Vectors entered = b;
     e.enter(entered);
-    e.leave(left);
     for (int j = 0; j < b.columns; ++j)
-        for (int i = 0; i < a.n; ++i) {
+        for (int i = 0; i < a.n; ++i)
             EXPECT_EQ(entered.column(j)[i], b.column(j)[e.rowOf[i]] * e.row[i]);
-            EXPECT_EQ(left.column(j)[i], b.column(j)[i] * e.column[i]);
-        }
 }
 
 // The entries of a symmetric matrix at and below its diagonal, some given in two parts.
@@ -187,7 +184,7 @@ TEST(ScalingByTheDiagonal, IsThatOfTheWholeMatrix)
         const std::vector<double> scale = diagonalScales(diagonal);
         ASSERT_EQ(static_cast<int>(scale.size()), n);
         std::vector<double> scaled(a.entries());
-        ASSERT_TRUE(rows.scaledLower(given.value.data(), scale, scaled.data()));
+        ASSERT_TRUE(rows.scaledLower(given.value.data(), scale, scaled.data(), 2));
         for (int i = 0; i < n; ++i) {
             EXPECT_TRUE(power_of_two(scale[i]));
             for (auto p = a.start[i]; p < a.start[i + 1] && a.column[p] <= i; ++p) {
@@ -206,7 +203,7 @@ TEST(ScalingByTheDiagonal, IsThatOfTheWholeMatrix)
                     continue; // the last row's first entry
                 std::vector<double> value = given.value;
                 value[e] = bad;
-                EXPECT_FALSE(rows.scaledLower(value.data(), scale, scaled.data())) << bad;
+                EXPECT_FALSE(rows.scaledLower(value.data(), scale, scaled.data(), 2)) << bad;
             }
     }
 }
