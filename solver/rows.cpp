@@ -130,7 +130,8 @@ std::vector<double> Rows::diagonal(const double* value) const
 bool Rows::scaledLower(const double* value, const std::vector<double>& scale, double* scaled,
                        const Team& team) const
 {
-    const std::int64_t groups = pattern_.entries() / entriesTogether + 1;
+    const auto entries = static_cast<std::int64_t>(pattern_.entries()),
+               groups = entries / entriesTogether + 1;
     const auto rowAt = [&](std::int64_t group) { // the first with none but entries from there on
         const auto row =
             std::lower_bound(pattern_.start.begin(), pattern_.start.end() - 1, group * entriesTogether);
