@@ -40,48 +40,50 @@ BLA_BODY void addColumns(const double* l, std::int64_t ld, const double* x, doub
     store(w, part + sum);
 }
 
-// Columns j ... j + Columns - 1 of L.
+// Columns j ... j + Columns - 1 of a part.
 template <int Columns>
-BLA_BODY void forwardColumns(int j, int order, const double* l, const double* reciprocal, double* v,
-                             double* w)
+BLA_BODY void forwardColumns(const PanelPart& part, int j, int order, const double* l,
+                             const double* reciprocal, double* v, double* w)
 {
     const double* const column = l + std::int64_t{order} * j;
-    for (int q = 0; q < Columns; ++q) {
+    for (int q = 0; q < Columns && part.diagonal(); ++q) {
         double x = (v[j + q] - w[j + q]) * reciprocal[j + q];
         for (int k = 0; k < q; ++k)
             x -= column[j + q + std::int64_t{order} * k] * reciprocal[j + q] * v[j + k];
         v[j + q] = x;
     }
     const double* const next = column + std::int64_t{order} * Columns;
-    int i = j + Columns;
-    for (; i + line <= order; i += line) {
+    int i = part.diagonal() ? j + Columns : part.top;
+    for (; i + line <= part.bottom; i += line) {
         fetch<Columns>(next + i, order);
         for (int k = i; k < i + line; k += lanes)
             addColumns<Four, Columns>(column + k, order, v + j, w + k);
     }
-    for (; i + lanes <= order; i += lanes)
+    for (; i + lanes <= part.bottom; i += lanes)
         addColumns<Four, Columns>(column + i, order, v + j, w + i);
-    for (; i < order; ++i)
+    for (; i < part.bottom; ++i)
         addColumns<double, Columns>(column + i, order, v + j, w + i);
 }
 
 template <int Columns>
-BLA_BODY void backwardColumns(int j, int order, const double* l, const double* reciprocal, double* v)
+BLA_BODY void backwardColumns(const PanelPart& part, int j, int order, const double* l,
+                              const double* reciprocal, double* v, double* s)
 {
     const double* const column = l + std::int64_t{order} * j;
     const double* const next = column - std::int64_t{order} * Columns;
     Four sums[Columns] = {};
-    int i = j + Columns;
-    for (const int whole = order - (order - i) % lanes; i < whole;) {
+    const int first = part.diagonal() ? j + Columns : part.top;
+    int i = first;
+    for (const int whole = part.bottom - (part.bottom - i) % lanes; i < whole;) {
         Four parts[Columns] = {};
         for (const int end = std::min(i + chunk * lanes, whole); i < end; i += lanes) {
-            Four part, factor;
+            Four term, factor;
             load(factor, v + i);
-            if ((i - j - Columns) % line == 0)
+            if ((i - first) % line == 0)
                 fetch<Columns>(next + i, order);
             for (int q = 0; q < Columns; ++q) {
-                load(part, column + i + std::int64_t{order} * q);
-                parts[q] += part * factor;
+                load(term, column + i + std::int64_t{order} * q);
+                parts[q] += term * factor;
             }
         }
         for (int q = 0; q < Columns; ++q)
@@ -90,9 +92,15 @@ BLA_BODY void backwardColumns(int j, int order, const double* l, const double* r
     double sum[Columns];
     for (int q = 0; q < Columns; ++q)
         sum[q] = (sums[q][0] + sums[q][1]) + (sums[q][2] + sums[q][3]);
-    for (; i < order; ++i)
+    for (; i < part.bottom; ++i)
         for (int q = 0; q < Columns; ++q)
             sum[q] += column[i + std::int64_t{order} * q] * v[i];
+    for (int q = 0; q < Columns && s; ++q)
+        sum[q] += s[j + q];
+    if (!part.diagonal()) {
+        std::copy_n(sum, Columns, s + j);
+        return;
+    }
     double x[Columns];
     for (int q = Columns - 1; q >= 0; --q) {
         x[q] = (v[j + q] - sum[q]) * reciprocal[j + q];
@@ -106,30 +114,31 @@ BLA_BODY void backwardColumns(int j, int order, const double* l, const double* r
         std::copy_n(x, Columns, v + j);
 }
 
-BLA_BODY void forwardOne(int order, int pivots, const double* l, const double* reciprocal, double* v,
-                         double* w)
+BLA_BODY void forwardOne(const PanelPart& part, int order, const double* l, const double* reciprocal,
+                         double* v, double* w)
 {
-    int j = 0;
-    for (; j + together <= pivots; j += together)
-        forwardColumns<together>(j, order, l, reciprocal, v, w);
-    for (; j < pivots; ++j)
-        forwardColumns<1>(j, order, l, reciprocal, v, w);
+    int j = part.left;
+    for (; j + together <= part.right; j += together)
+        forwardColumns<together>(part, j, order, l, reciprocal, v, w);
+    for (; j < part.right; ++j)
+        forwardColumns<1>(part, j, order, l, reciprocal, v, w);
 }
 
-BLA_BODY void backwardOne(int order, int pivots, const double* l, const double* reciprocal, double* v)
+BLA_BODY void backwardOne(const PanelPart& part, int order, const double* l, const double* reciprocal,
+                          double* v, double* s)
 {
-    int j = pivots;
-    for (; j % together != 0; --j)
-        backwardColumns<1>(j - 1, order, l, reciprocal, v);
-    for (; j > 0; j -= together)
-        backwardColumns<together>(j - together, order, l, reciprocal, v);
+    int j = part.right;
+    for (; (j - part.left) % together != 0; --j)
+        backwardColumns<1>(part, j - 1, order, l, reciprocal, v, s);
+    for (; j > part.left; j -= together)
+        backwardColumns<together>(part, j - together, order, l, reciprocal, v, s);
 }
 
 // Several: vectors run along a row of V, `ld` apart, Count of them.
 
 template <class T, int Count, int Columns>
-BLA_BODY void forwardGroup(int j, int order, const double* l, const double* reciprocal, double* v, double* w,
-                           std::int64_t ld)
+BLA_BODY void forwardGroup(const PanelPart& part, int j, int order, const double* l, const double* reciprocal,
+                           double* v, double* w, std::int64_t ld)
 {
     const double* const column = l + std::int64_t{order} * j;
     T x[Columns][Count];
@@ -137,16 +146,19 @@ BLA_BODY void forwardGroup(int j, int order, const double* l, const double* reci
         for (int g = 0; g < Count; ++g) {
             const std::int64_t at = ld * (j + q) + lanesOf<T> * g;
             T sum;
-            load(sum, w + at);
             load(x[q][g], v + at);
+            if (!part.diagonal())
+                continue;
+            load(sum, w + at);
             x[q][g] = (x[q][g] - sum) * reciprocal[j + q];
             for (int k = 0; k < q; ++k)
                 x[q][g] -= x[k][g] * (column[j + q + std::int64_t{order} * k] * reciprocal[j + q]);
             store(v + at, x[q][g]);
         }
     const double* const next = column + std::int64_t{order} * Columns;
-    for (int i = j + Columns; i < order; ++i) {
-        if ((i - j - Columns) % line == 0)
+    const int first = part.diagonal() ? j + Columns : part.top;
+    for (int i = first; i < part.bottom; ++i) {
+        if ((i - first) % line == 0)
             fetch<Columns>(next + i, order);
         for (int g = 0; g < Count; ++g) {
             double* const row = w + ld * i + lanesOf<T> * g;
@@ -160,29 +172,38 @@ BLA_BODY void forwardGroup(int j, int order, const double* l, const double* reci
 }
 
 template <class T, int Count, int Columns>
-BLA_BODY void backwardGroup(int j, int order, const double* l, const double* reciprocal, double* v,
-                            std::int64_t ld)
+BLA_BODY void backwardGroup(const PanelPart& part, int j, int order, const double* l,
+                            const double* reciprocal, double* v, double* s, std::int64_t ld)
 {
     const double* const column = l + std::int64_t{order} * j;
     const double* const next = column - std::int64_t{order} * Columns;
     T x[Columns][Count], sums[Columns][Count] = {};
-    for (int first = j + Columns; first < order; first += chunk) {
-        T part[Columns][Count] = {};
-        for (int i = first; i < std::min(first + chunk, order); ++i) {
+    for (int first = part.diagonal() ? j + Columns : part.top; first < part.bottom; first += chunk) {
+        T parts[Columns][Count] = {};
+        for (int i = first; i < std::min(first + chunk, part.bottom); ++i) {
             if ((i - first) % line == 0)
                 fetch<Columns>(next + i, order);
             for (int g = 0; g < Count; ++g) {
                 T row;
                 load(row, v + ld * i + lanesOf<T> * g);
                 for (int q = 0; q < Columns; ++q)
-                    part[q][g] += row * column[i + std::int64_t{order} * q];
+                    parts[q][g] += row * column[i + std::int64_t{order} * q];
             }
         }
         for (int q = 0; q < Columns; ++q)
             for (int g = 0; g < Count; ++g)
-                sums[q][g] += part[q][g];
+                sums[q][g] += parts[q][g];
     }
-    for (int q = Columns - 1; q >= 0; --q)
+    for (int q = 0; q < Columns && s; ++q)
+        for (int g = 0; g < Count; ++g) {
+            double* const own = s + ld * (j + q) + lanesOf<T> * g;
+            T before;
+            load(before, own);
+            sums[q][g] += before;
+            if (!part.diagonal())
+                store(own, sums[q][g]);
+        }
+    for (int q = Columns - 1; q >= 0 && part.diagonal(); --q)
         for (int g = 0; g < Count; ++g) {
             double* const own = v + ld * (j + q) + lanesOf<T> * g;
             load(x[q][g], own);
@@ -194,60 +215,61 @@ BLA_BODY void backwardGroup(int j, int order, const double* l, const double* rec
 }
 
 template <class T, int Count>
-BLA_BODY void forwardSeveral(int order, int pivots, const double* l, const double* reciprocal, double* v,
-                             double* w, std::int64_t ld)
+BLA_BODY void forwardSeveral(const PanelPart& part, int order, const double* l, const double* reciprocal,
+                             double* v, double* w, std::int64_t ld)
 {
-    int j = 0;
-    for (; j + together <= pivots; j += together)
-        forwardGroup<T, Count, together>(j, order, l, reciprocal, v, w, ld);
-    for (; j < pivots; ++j)
-        forwardGroup<T, Count, 1>(j, order, l, reciprocal, v, w, ld);
+    int j = part.left;
+    for (; j + together <= part.right; j += together)
+        forwardGroup<T, Count, together>(part, j, order, l, reciprocal, v, w, ld);
+    for (; j < part.right; ++j)
+        forwardGroup<T, Count, 1>(part, j, order, l, reciprocal, v, w, ld);
 }
 
 template <class T, int Count>
-BLA_BODY void backwardSeveral(int order, int pivots, const double* l, const double* reciprocal, double* v,
-                              std::int64_t ld)
+BLA_BODY void backwardSeveral(const PanelPart& part, int order, const double* l, const double* reciprocal,
+                              double* v, double* s, std::int64_t ld)
 {
-    int j = pivots;
-    for (; j % together != 0; --j)
-        backwardGroup<T, Count, 1>(j - 1, order, l, reciprocal, v, ld);
-    for (; j > 0; j -= together)
-        backwardGroup<T, Count, together>(j - together, order, l, reciprocal, v, ld);
+    int j = part.right;
+    for (; (j - part.left) % together != 0; --j)
+        backwardGroup<T, Count, 1>(part, j - 1, order, l, reciprocal, v, s, ld);
+    for (; j > part.left; j -= together)
+        backwardGroup<T, Count, together>(part, j - together, order, l, reciprocal, v, s, ld);
 }
 
 template <class Widest>
-BLA_BODY void forward(int order, int pivots, const double* l, const double* reciprocal, double* v, double* w,
-                      int width)
+BLA_BODY void forward(const PanelPart& part, int order, const double* l, const double* reciprocal, double* v,
+                      double* w, int width)
 {
-    std::fill_n(w, std::int64_t{order} * width, 0.0);
     if (width == 1)
-        return forwardOne(order, pivots, l, reciprocal, v, w);
+        return forwardOne(part, order, l, reciprocal, v, w);
     int g = 0;
     for (; g + 2 * lanes <= width; g += 2 * lanes)
-        forwardSeveral<Widest, 2 * lanes / lanesOf<Widest>>(order, pivots, l, reciprocal, v + g, w + g,
-                                                            width);
+        forwardSeveral<Widest, 2 * lanes / lanesOf<Widest>>(part, order, l, reciprocal, v + g, w + g, width);
     if (g < width)
-        forwardSeveral<Four, 1>(order, pivots, l, reciprocal, v + g, w + g, width);
+        forwardSeveral<Four, 1>(part, order, l, reciprocal, v + g, w + g, width);
 }
 
 template <class Widest>
-BLA_BODY void backward(int order, int pivots, const double* l, const double* reciprocal, double* v, int width)
+BLA_BODY void backward(const PanelPart& part, int order, const double* l, const double* reciprocal, double* v,
+                       double* s, int width)
 {
     if (width == 1)
-        return backwardOne(order, pivots, l, reciprocal, v);
+        return backwardOne(part, order, l, reciprocal, v, s);
     int g = 0;
     for (; g + 2 * lanes <= width; g += 2 * lanes)
-        backwardSeveral<Widest, 2 * lanes / lanesOf<Widest>>(order, pivots, l, reciprocal, v + g, width);
+        backwardSeveral<Widest, 2 * lanes / lanesOf<Widest>>(part, order, l, reciprocal, v + g,
+                                                             s ? s + g : nullptr, width);
     if (g < width)
-        backwardSeveral<Four, 1>(order, pivots, l, reciprocal, v + g, width);
+        backwardSeveral<Four, 1>(part, order, l, reciprocal, v + g, s ? s + g : nullptr, width);
 }
 
 } // namespace
 
 BLA_FOR_ALL(solveForward, forward,
-            (int order, int pivots, const double* l, const double* reciprocal, double* v, double* w,
-             int width),
-            (order, pivots, l, reciprocal, v, w, width))
+            (const PanelPart& part, int order, const double* l, const double* reciprocal, double* v,
+             double* w, int width),
+            (part, order, l, reciprocal, v, w, width))
 BLA_FOR_ALL(solveBackward, backward,
-            (int order, int pivots, const double* l, const double* reciprocal, double* v, int width),
-            (order, pivots, l, reciprocal, v, width))
+            (const PanelPart& part, int order, const double* l, const double* reciprocal, double* v,
+             double* s, int width),
+            (part, order, l, reciprocal, v, s, width))

@@ -4,6 +4,7 @@
 
 #include "analysis.h"
 #include "assembly.h"
+#include "columns.h"
 #include "front.h"
 #include "pieces.h"
 #include "schedule.h"
@@ -105,10 +106,12 @@ private:
     void eliminateBranch(const Branch& branch, const double* value, const PivotRule& rule,
                          const Progress& add);
     void doTile(const Task& task, const double* value, const PivotRule& rule, const Progress& add);
-    void forward(const Piece& piece, const Solving& solving) const;
-    void backward(const Piece& piece, const Solving& solving) const;
-    void forwardByLower(const Front& front, int width, double* v, double* w) const;
-    void backwardByLower(const Front& front, int width, double* v) const;
+    void forward(const Piece& piece, const Step& step, const Solving& solving) const;
+    void backward(const Piece& piece, const Step& step, const Solving& solving) const;
+    void forwardTile(const Piece& piece, int i, int k, int width, double* v, double* w) const;
+    void backwardTile(const Piece& piece, int i, int k, int width, double* v, double* w) const;
+    void forwardByLower(const Front& front, const PanelPart& part, int width, double* v, double* w) const;
+    void backwardByLower(const Front& front, const PanelPart& part, int width, double* v, double* s) const;
     void forwardByUpper(const Front& front, int width, double* v, double* w) const;
     void backwardByUpper(const Front& front, int width, double* v) const;
     void countPivots(bool shifted);

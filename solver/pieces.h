@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The tree in pieces for the solution: each branch of the schedule is one, each front above them another. A
-// piece works in a vector of its own: the rows of its pivots, followed by those outside of it.
+// piece works in a vector of its own: the rows of its pivots, followed by those outside of it. The panel of a
+// front that would keep all others waiting is cut into tiles.
 #pragma once
 
 #include "analysis.h"
@@ -21,12 +22,29 @@ struct Piece
     int parent;                // the piece with the parent of its last front, or -1
     std::vector<int> children; // pieces
 
+    Tiling tiling; // of its only front, if that is cut; of width 0 else
+
     int pivots() const { return end - begin; }
+    bool tiled() const { return tiling.width > 0; }
+};
+
+// A task of the solution.
+struct Step
+{
+    enum class Kind {
+        all,   // of a piece
+        begin, // of a piece that is tiled: what comes from its children, or from its parent
+        tile,  // (row, column) of its panel
+        turn   // nothing: all pieces are up
+    };
+    Kind kind;
+    bool up;
+    int piece, row, column;
 };
 
 struct Pieces
 {
-    Pieces(const Analysis& analysis, const Schedule& schedule);
+    Pieces(const Analysis& analysis, const Schedule& schedule, bool symmetric);
 
     std::vector<Piece> pieces; // children before parents
     std::vector<int> at;
@@ -34,7 +52,11 @@ struct Pieces
     std::int64_t length = 0; // of the vector of all
     // Up: each piece. Nothing, when all are: answers may overwrite what any of them asks. Down: the pieces
     // once more, the last one first.
+    std::vector<Step> steps;
     TaskGraph graph;
 
     double bytes() const;
+
+private:
+    void addSteps(const Analysis& analysis);
 };

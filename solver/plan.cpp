@@ -32,7 +32,7 @@ Plan::Plan(const SparseMatrix& pattern, const Wishes& wishes, Demands asked) : d
     analysis = analyse(Pattern{whole.n, whole.start.data(), whole.column.data()}, demands.late, options);
     assembly = std::make_unique<const Assembly>(analysis, pattern);
     schedule = std::make_unique<const Schedule>(analysis, pattern.symmetric);
-    pieces = std::make_unique<const Pieces>(analysis, *schedule);
+    pieces = std::make_unique<const Pieces>(analysis, *schedule, assembly->symmetric());
 }
 
 double Plan::factorEntries() const

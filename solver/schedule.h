@@ -22,7 +22,7 @@ struct Branch
 // The rows and columns of a front in tiles; none holds pivots and others.
 struct Tiling
 {
-    int pivots, order, width;
+    int pivots = 0, order = 0, width = 0;
 
     int pivotTiles() const { return (pivots + width - 1) / width; }
     int tiles() const { return pivotTiles() + (order - pivots + width - 1) / width; }
@@ -44,6 +44,10 @@ struct Cuts
     double parts = 64.0, leastBranch = 2e6;
     // Tiles are large enough for the rate of products, and few.
     int leastTile = 256, mostTiles = 24;
+    // A front with a part of the factor's entries like this is cut into tiles for the solution, as large at
+    // least; those of an unsymmetric one are not.
+    double solutionParts = 20.0;
+    int leastSolutionTile = 256;
     // From here on threads are worth their start, which changes no bit: flops of a factorisation, and entries
     // of the factor times right-hand sides of a solution.
     double leastFactorised = 2e6, leastSolved = 4e5;

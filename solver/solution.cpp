@@ -110,88 +110,150 @@ void Factor::solve(const Block& x, const Border& in, const Border& out, bool tra
     const double work = static_cast<double>(width) * static_cast<double>(analysis_.panelEntries);
     const Team alone(1);
     const Team& used = work < schedule_.cuts.leastSolved ? alone : team;
-    const int count = static_cast<int>(pieces_.pieces.size());
     const Workspace room(std::int64_t{width} * pieces_.length);
     const Solving s{x, in, out, transposed, width, room.get()};
-    const auto pass = [&](int t) {
-        if (t < count)
-            forward(pieces_.pieces[t], s);
-        else if (t > count)
-            backward(pieces_.pieces[2 * count - t], s);
+    const auto perform = [&](int t) {
+        const Step& step = pieces_.steps[t];
+        if (step.kind == Step::Kind::turn)
+            return;
+        const Piece& piece = pieces_.pieces[step.piece];
+        if (step.up)
+            forward(piece, step, s);
+        else
+            backward(piece, step, s);
     };
-    pieces_.graph.execute(used, std::cref(pass));
+    pieces_.graph.execute(used, std::cref(perform));
 }
 
 // Leaves in the rows outside what is to be added to those of the parent.
-void Factor::forward(const Piece& piece, const Solving& s) const
+void Factor::forward(const Piece& piece, const Step& step, const Solving& s) const
 {
-    const std::int64_t step = s.width;
-    double *const v = s.y + step * piece.home, *const w = s.y + step * piece.front;
+    const std::int64_t width = s.width;
+    double *const v = s.y + width * piece.home, *const w = s.y + width * piece.front;
+    if (step.kind == Step::Kind::tile)
+        return forwardTile(piece, step.row, step.column, s.width, v, w);
     enter(s.x, s.in, analysis_.permutation.data() + piece.begin, piece.pivots(), s.width, v);
-    std::fill_n(v + step * piece.pivots(), step * piece.outside, 0.0);
+    std::fill_n(v + width * piece.pivots(), width * piece.outside, 0.0);
     for (int c : piece.children) {
         const Piece& child = pieces_.pieces[c];
         combine(std::plus<>(), s.width, pieces_.at.data() + child.at, child.outside,
-                s.y + step * (child.home + child.pivots()), v);
+                s.y + width * (child.home + child.pivots()), v);
+    }
+    if (step.kind == Step::Kind::begin) {
+        std::fill_n(w, width * (piece.pivots() + piece.outside), 0.0);
+        return;
     }
     for (int f = piece.first; f <= piece.last; ++f) {
         const Front& front = analysis_.fronts[f];
         const int* rows = pieces_.local.data() + front.rows;
-        double* const own = v + step * (front.first - piece.begin);
+        double* const own = v + width * (front.first - piece.begin);
+        std::fill_n(w, width * front.order, 0.0);
         if (s.transposed && !symmetric_)
             forwardByUpper(front, s.width, own, w);
         else
-            forwardByLower(front, s.width, own, w);
-        combine(std::minus<>(), s.width, rows + front.pivots, front.rest(), w + step * front.pivots, v);
+            forwardByLower(front, {0, front.order, 0, front.pivots}, s.width, own, w);
+        combine(std::minus<>(), s.width, rows + front.pivots, front.rest(), w + width * front.pivots, v);
     }
 }
 
-void Factor::backward(const Piece& piece, const Solving& s) const
+// Of the only front of a piece, whose rows are those of the vector of the piece.
+void Factor::forwardTile(const Piece& piece, int i, int k, int width, double* v, double* w) const
 {
-    const std::int64_t step = s.width;
-    double *const v = s.y + step * piece.home, *const w = s.y + step * piece.front;
+    const Tiling& tiling = piece.tiling;
+    const PanelPart part{tiling.begin(i), tiling.end(i), tiling.begin(k), tiling.end(k)};
+    forwardByLower(analysis_.fronts[piece.last], part, width, v, w);
+    if (i >= tiling.pivotTiles() && k + 1 == tiling.pivotTiles())
+        for (std::int64_t at = std::int64_t{width} * part.top; at < std::int64_t{width} * part.bottom; ++at)
+            v[at] -= w[at];
+}
+
+void Factor::backward(const Piece& piece, const Step& step, const Solving& s) const
+{
+    const std::int64_t width = s.width;
+    double *const v = s.y + width * piece.home, *const w = s.y + width * piece.front;
+    const int* const unknown = analysis_.permutation.data() + piece.begin;
+    if (step.kind == Step::Kind::tile) {
+        backwardTile(piece, step.row, step.column, s.width, v, w);
+        if (step.row == step.column) {
+            const int begin = piece.tiling.begin(step.row), count = piece.tiling.end(step.row) - begin;
+            leave(s.x, s.out, unknown + begin, count, s.width, v + width * begin);
+        }
+        return;
+    }
     if (piece.parent >= 0)
         gather(s.width, pieces_.at.data() + piece.at, piece.outside,
-               s.y + step * pieces_.pieces[piece.parent].home, v + step * piece.pivots());
+               s.y + width * pieces_.pieces[piece.parent].home, v + width * piece.pivots());
+    if (step.kind == Step::Kind::begin) {
+        scaleRows(s.width, d_.data() + piece.begin, piece.pivots(), v, w);
+        std::copy_n(v + width * piece.pivots(), width * piece.outside, w + width * piece.pivots());
+        std::fill_n(v, width * piece.pivots(), 0.0);
+        return;
+    }
     for (int f = piece.last; f >= piece.first; --f) {
         const Front& front = analysis_.fronts[f];
         const int* rows = pieces_.local.data() + front.rows;
-        double* const own = v + step * (front.first - piece.begin);
+        double* const own = v + width * (front.first - piece.begin);
         if (symmetric_)
             scaleRows(s.width, d_.data() + front.first, front.pivots, own, w);
         else
-            std::copy_n(own, step * front.pivots, w);
-        gather(s.width, rows + front.pivots, front.rest(), v, w + step * front.pivots);
+            std::copy_n(own, width * front.pivots, w);
+        gather(s.width, rows + front.pivots, front.rest(), v, w + width * front.pivots);
         if (s.transposed || symmetric_)
-            backwardByLower(front, s.width, w);
+            backwardByLower(front, {0, front.order, 0, front.pivots}, s.width, w, nullptr);
         else
             backwardByUpper(front, s.width, w);
-        std::copy_n(w, step * front.pivots, own);
+        std::copy_n(w, width * front.pivots, own);
     }
-    leave(s.x, s.out, analysis_.permutation.data() + piece.begin, piece.pivots(), s.width, v);
+    leave(s.x, s.out, unknown, piece.pivots(), s.width, v);
 }
 
-// V := (L11*D)^-1 * V, W2 := (L21*D) * V
-void Factor::forwardByLower(const Front& f, int width, double* v, double* w) const
+// Sums are made in the rows of the pivots in V, where the answers take their place.
+void Factor::backwardTile(const Piece& piece, int i, int k, int width, double* v, double* w) const
+{
+    const Tiling& tiling = piece.tiling;
+    const PanelPart part{tiling.begin(i), tiling.end(i), tiling.begin(k), tiling.end(k)};
+    backwardByLower(analysis_.fronts[piece.last], part, width, w, v);
+    const std::int64_t first = std::int64_t{width} * part.top;
+    if (i == k)
+        std::copy_n(w + first, std::int64_t{width} * part.bottom - first, v + first);
+}
+
+// As solveForward by L*D; V and W have all rows.
+void Factor::forwardByLower(const Front& f, const PanelPart& part, int width, double* v, double* w) const
 {
     const double* panel = panels_.get() + f.panel;
     if (width <= few)
-        return solveForward(f.order, f.pivots, panel, dinv_.data() + f.first, v, w, width);
-    dense::trsm('R', 'L', 'T', 'N', width, f.pivots, panel, f.order, v, width);
-    dense::gemm('N', 'T', width, f.rest(), f.pivots, 1.0, v, width, panel + f.pivots, f.order, 0.0,
-                w + static_cast<std::int64_t>(width) * f.pivots, width);
+        return solveForward(part, f.order, panel, dinv_.data() + f.first, v, w, width);
+    const std::int64_t step = width;
+    const int columns = part.right - part.left, top = part.diagonal() ? part.right : part.top;
+    const double* const left = panel + std::int64_t{f.order} * part.left;
+    double* const own = v + step * part.left;
+    if (part.diagonal()) {
+        for (std::int64_t at = step * part.left; at < step * part.right; ++at)
+            v[at] -= w[at];
+        dense::trsm('R', 'L', 'T', 'N', width, columns, left + part.left, f.order, own, width);
+    }
+    dense::gemm('N', 'T', width, part.bottom - top, columns, 1.0, own, width, left + top, f.order, 1.0,
+                w + step * top, width);
 }
 
-// V1 := (L11*D)^-T * (V1 - (L21*D)^T * V2)
-void Factor::backwardByLower(const Front& f, int width, double* v) const
+// As solveBackward by L*D.
+void Factor::backwardByLower(const Front& f, const PanelPart& part, int width, double* v, double* s) const
 {
     const double* panel = panels_.get() + f.panel;
     if (width <= few)
-        return solveBackward(f.order, f.pivots, panel, dinv_.data() + f.first, v, width);
-    const double* const other = v + static_cast<std::int64_t>(width) * f.pivots;
-    dense::gemm('N', 'N', width, f.pivots, f.rest(), -1.0, other, width, panel + f.pivots, f.order, 1.0, v,
-                width);
-    dense::trsm('R', 'L', 'N', 'N', width, f.pivots, panel, f.order, v, width);
+        return solveBackward(part, f.order, panel, dinv_.data() + f.first, v, s, width);
+    const std::int64_t step = width;
+    const int columns = part.right - part.left, top = part.diagonal() ? part.right : part.top;
+    const double* const left = panel + std::int64_t{f.order} * part.left;
+    double* const own = (part.diagonal() ? v : s) + step * part.left;
+    if (part.diagonal() && s)
+        for (std::int64_t at = step * part.left; at < step * part.right; ++at)
+            v[at] -= s[at];
+    dense::gemm('N', 'N', width, columns, part.bottom - top, part.diagonal() ? -1.0 : 1.0, v + step * top,
+                width, left + top, f.order, 1.0, own, width);
+    if (part.diagonal())
+        dense::trsm('R', 'L', 'N', 'N', width, columns, left + part.left, f.order, own, width);
 }
 
 // V := U11^-T * V, W2 := U12^T * V

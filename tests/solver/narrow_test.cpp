@@ -101,20 +101,60 @@ void plainBackward(const Panel& p, double* v, int width)
 // What a solution makes of V: solved where the pivots are; of the other rows, forward, what is left of them.
 using Solve = void (*)(const Panel&, double* v, int width);
 
-template <void (*Loops)(int, int, const double*, const double*, double*, double*, int)>
+using Loop = void (*)(const PanelPart&, int, const double*, const double*, double*, double*, int);
+
+template <Loop Loops>
 void forward(const Panel& p, double* v, int width)
 {
     const std::int64_t solved = std::int64_t{p.pivots} * width, all = std::int64_t{p.order} * width;
     const Guarded<double> w(all);
-    Loops(p.order, p.pivots, p.l, p.reciprocal, v, w, width);
+    for (std::int64_t i = 0; i < all; ++i)
+        w[i] = 0.0;
+    Loops({0, p.order, 0, p.pivots}, p.order, p.l, p.reciprocal, v, w, width);
     for (std::int64_t i = solved; i < all; ++i)
         v[i] -= w[i];
 }
 
-template <void (*Loops)(int, int, const double*, const double*, double*, int)>
+template <Loop Loops>
 void backward(const Panel& p, double* v, int width)
 {
-    Loops(p.order, p.pivots, p.l, p.reciprocal, v, width);
+    Loops({0, p.order, 0, p.pivots}, p.order, p.l, p.reciprocal, v, nullptr, width);
+}
+
+// In parts: of some of the pivots, of the others, and of the rest of the rows.
+std::vector<PanelPart> parts(const Panel& p)
+{
+    const int at[] = {0, (p.pivots + 1) / 2, p.pivots, p.order};
+    std::vector<PanelPart> all;
+    for (int k = 0; k < 2; ++k)
+        for (int i = k; i < 3; ++i)
+            if (at[i] < at[i + 1] && at[k] < at[k + 1])
+                all.push_back({at[i], at[i + 1], at[k], at[k + 1]});
+    return all;
+}
+
+template <Loop Loops>
+void forwardInParts(const Panel& p, double* v, int width)
+{
+    const std::int64_t solved = std::int64_t{p.pivots} * width, all = std::int64_t{p.order} * width;
+    const Guarded<double> w(all);
+    for (std::int64_t i = 0; i < all; ++i)
+        w[i] = 0.0;
+    for (const PanelPart& part : parts(p))
+        Loops(part, p.order, p.l, p.reciprocal, v, w, width);
+    for (std::int64_t i = solved; i < all; ++i)
+        v[i] -= w[i];
+}
+
+template <Loop Loops>
+void backwardInParts(const Panel& p, double* v, int width)
+{
+    const Guarded<double> s(std::int64_t{p.pivots} * width);
+    for (std::int64_t i = 0; i < s.size(); ++i)
+        s[i] = 0.0;
+    const std::vector<PanelPart> all = parts(p);
+    for (auto part = all.rbegin(); part != all.rend(); ++part)
+        Loops(*part, p.order, p.l, p.reciprocal, v, s, width);
 }
 
 void expectLikePlain(Solve solve, Solve wide, Solve narrow, Solve plain)
@@ -151,6 +191,14 @@ TEST(FewColumns, GoBackwardLikeThePlainLoop)
 {
     expectLikePlain(backward<solveBackward>, backward<solveBackwardWide>, backward<solveBackwardNarrow>,
                     plainBackward);
+}
+
+TEST(FewColumns, GoInPartsLikeThePlainLoop)
+{
+    expectLikePlain(forwardInParts<solveForward>, forwardInParts<solveForwardWide>,
+                    forwardInParts<solveForwardNarrow>, plainForward);
+    expectLikePlain(backwardInParts<solveBackward>, backwardInParts<solveBackwardWide>,
+                    backwardInParts<solveBackwardNarrow>, plainBackward);
 }
 
 // However many are solved at once.
@@ -195,7 +243,7 @@ TEST(FewColumns, SumLongColumnsWithCare)
                     v.set(std::int64_t{i} * width + c, 1.0);
             }
             const double exact = static_cast<double>(v[0] - sum);
-            solveBackward(order, 1, l, &reciprocal, v, width);
+            solveBackward({0, order, 0, 1}, order, l, &reciprocal, v, nullptr, width);
             error += std::fabs(v[0] / exact - 1.0) * 0x1p53 / draws;
         }
         EXPECT_LT(error, width == 1 ? 4.0 : 14.0) << "width " << width;

@@ -22,7 +22,7 @@ private:
     static Plan cutBy(const Cuts& cuts, Plan plan)
     {
         plan.schedule = std::make_unique<const Schedule>(plan.analysis, plan.symmetric(), cuts);
-        plan.pieces = std::make_unique<const Pieces>(plan.analysis, *plan.schedule);
+        plan.pieces = std::make_unique<const Pieces>(plan.analysis, *plan.schedule, plan.symmetric());
         return plan;
     }
 };
