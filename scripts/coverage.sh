@@ -15,9 +15,20 @@ programs=(frame_tests call_tests kernel_tests elimination_call_tests facade_{for
 BLA_TARGETS=${programs[*]} build "$directory" -DCMAKE_BUILD_TYPE=Debug -DBLA_BUILD_PROGRAMS=OFF -DBLA_BUILD_EXAMPLES=OFF -DBLA_BUILD_TESTS=ON \
     -DCMAKE_CXX_FLAGS="-O0 --coverage -fprofile-update=atomic"
 find "$directory" -name '*.gcda' -delete
-# The kernels' tests in one process, but for those of gigabytes: every process adds its counts to hundreds of files.
+# The kernels' tests, but for those of gigabytes, in one process for each processor: every process adds its counts to
+# hundreds of files.
+kernel_tests() {
+    local shard shards failed=0
+    shards=$(nproc)
+    for ((shard = 0; shard < shards; ++shard)); do
+        GTEST_TOTAL_SHARDS=$shards GTEST_SHARD_INDEX=$shard \
+            "$directory/bin/kernel_tests" --gtest_brief=1 --gtest_filter='-*TwoToThe31*' &
+    done
+    for ((shard = 0; shard < shards; ++shard)); do wait -n || failed=1; done
+    return $failed
+}
 {
-    "$directory/bin/kernel_tests" --gtest_brief=1 --gtest_filter='-*TwoToThe31*' &&
+    kernel_tests &&
         ctest --test-dir "$directory" -R '^(frame|calls|facade)[.]|^threads_' -E '^facade.interface$' \
             --no-tests=error --output-on-failure -j "$(nproc)"
 } >"$directory/tests.log" 2>&1 || {
