@@ -103,25 +103,12 @@ using Solve = void (*)(const Panel&, double* v, int width);
 
 using Loop = void (*)(const PanelPart&, int, const double*, const double*, double*, double*, int);
 
-template <Loop Loops>
-void forward(const Panel& p, double* v, int width)
+std::vector<PanelPart> whole(const Panel& p)
 {
-    const std::int64_t solved = std::int64_t{p.pivots} * width, all = std::int64_t{p.order} * width;
-    const Guarded<double> w(all);
-    for (std::int64_t i = 0; i < all; ++i)
-        w[i] = 0.0;
-    Loops({0, p.order, 0, p.pivots}, p.order, p.l, p.reciprocal, v, w, width);
-    for (std::int64_t i = solved; i < all; ++i)
-        v[i] -= w[i];
+    return {{0, p.order, 0, p.pivots}};
 }
 
-template <Loop Loops>
-void backward(const Panel& p, double* v, int width)
-{
-    Loops({0, p.order, 0, p.pivots}, p.order, p.l, p.reciprocal, v, nullptr, width);
-}
-
-// In parts: of some of the pivots, of the others, and of the rest of the rows.
+// Some of the pivots, the others, and the rest of the rows.
 std::vector<PanelPart> parts(const Panel& p)
 {
     const int at[] = {0, (p.pivots + 1) / 2, p.pivots, p.order};
@@ -133,17 +120,23 @@ std::vector<PanelPart> parts(const Panel& p)
     return all;
 }
 
-template <Loop Loops>
-void forwardInParts(const Panel& p, double* v, int width)
+template <Loop Loops, std::vector<PanelPart> (*Cut)(const Panel&) = whole>
+void forward(const Panel& p, double* v, int width)
 {
     const std::int64_t solved = std::int64_t{p.pivots} * width, all = std::int64_t{p.order} * width;
     const Guarded<double> w(all);
     for (std::int64_t i = 0; i < all; ++i)
         w[i] = 0.0;
-    for (const PanelPart& part : parts(p))
+    for (const PanelPart& part : Cut(p))
         Loops(part, p.order, p.l, p.reciprocal, v, w, width);
     for (std::int64_t i = solved; i < all; ++i)
         v[i] -= w[i];
+}
+
+template <Loop Loops>
+void backward(const Panel& p, double* v, int width)
+{
+    Loops({0, p.order, 0, p.pivots}, p.order, p.l, p.reciprocal, v, nullptr, width);
 }
 
 template <Loop Loops>
@@ -195,8 +188,8 @@ TEST(FewColumns, GoBackwardLikeThePlainLoop)
 
 TEST(FewColumns, GoInPartsLikeThePlainLoop)
 {
-    expectLikePlain(forwardInParts<solveForward>, forwardInParts<solveForwardWide>,
-                    forwardInParts<solveForwardNarrow>, plainForward);
+    expectLikePlain(forward<solveForward, parts>, forward<solveForwardWide, parts>,
+                    forward<solveForwardNarrow, parts>, plainForward);
     expectLikePlain(backwardInParts<solveBackward>, backwardInParts<solveBackwardWide>,
                     backwardInParts<solveBackwardNarrow>, plainBackward);
 }
