@@ -177,6 +177,8 @@ MUTATIONS = [
     ("the rows of columns a number of pages apart are taken but for the last ones", PRIVATE + "sparse_scatter.h",
      "first + rows < count ? first + rows : count", "first + rows",
      ("kernel_tests", "--gtest_filter=*Umtv*")),
+    ("a short row loses its last entry", PRIVATE + "sparse_scatter.h", "for (; p < end; ++p)", "for (; p + 1 < end; ++p)",
+     ("kernel_tests", "--gtest_filter=*Umtv*")),
     ("every turn takes up to four entries of the next", PRIVATE + "sparse_scatter.h", "p + 4 <= last; p += 4", "p < last; p += 4",
      ("kernel_tests", "--gtest_filter=*Umtv*")),
     ("rows side by side go to the end of the longer one", SOURCE + "blaC_sparse_umv.cpp", "p_end - p < q_end - q ?",

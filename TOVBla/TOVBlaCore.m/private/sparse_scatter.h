@@ -17,12 +17,18 @@ BLA_BODY void scatter_entry(const CompressedRows& a, int64_t p, const double (&x
 }
 
 /// Adds the entries start..end-1 of one row, of which x holds the row of X. One or two columns go entry by
-/// entry, four at a time; from three on, two entries that meet neighbours in Y go together.
+/// entry, four at a time unless the row is short; from three on, two entries that meet neighbours in Y go
+/// together.
 template <bool PlusZero, int W>
 BLA_BODY void scatter_row(const CompressedRows& a, int64_t start, int64_t end, const double (&x)[W], real* y,
                           int64_t n)
 {
     int64_t p = start;
+    if (W <= 2 && !a.far && end - start < EntriesPerTurn) {
+        for (; p < end; ++p)
+            scatter_entry<PlusZero>(a, p, x, y, n);
+        return;
+    }
     for (int64_t first = start; first < end; first += EntriesPerTurn) {
         prefetch_turn(a, first, EntriesAhead / 2 / W);
         const int64_t last = first + EntriesPerTurn < end ? first + EntriesPerTurn : end;
