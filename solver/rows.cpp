@@ -11,8 +11,8 @@
 
 namespace {
 
-// Entries of the matrix that are scaled in one task: some ten microseconds.
-constexpr std::int64_t entriesTogether = 1 << 15;
+// Entries of the matrix that are scaled in one task: some microseconds.
+constexpr std::int64_t entriesTogether = 1 << 13;
 
 // An entry of the matrix, before equal places are joined, and the entry given that it comes from.
 struct Entry

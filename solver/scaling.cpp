@@ -5,7 +5,9 @@
 #include "matching.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <numeric>
 
 namespace {
@@ -18,6 +20,20 @@ constexpr double goodEnough = 10.0;
 double nearestPowerOfTwo(double logarithm) // to the base 2
 {
     return std::exp2(std::clamp(std::round(logarithm), -mostExponent, mostExponent));
+}
+
+int exponentOf(double d) // 1/2 <= |d| / 2^exponent < 1
+{
+    if (const auto biased = std::bit_cast<std::uint64_t>(d) >> 52 & 0x7ff; biased > 0)
+        return static_cast<int>(biased) - 1022;
+    int exponent; // of a denormal number
+    std::frexp(d, &exponent);
+    return exponent;
+}
+
+double powerOfTwo(int exponent) // -1022 ... 1023
+{
+    return std::bit_cast<double>(static_cast<std::uint64_t>(exponent + 1023) << 52);
 }
 
 // Whether the pairs known from other values are still good beside those of a new matching.
@@ -74,12 +90,10 @@ std::vector<double> diagonalScales(const std::vector<double>& diagonal)
     for (std::size_t i = 0; i < s.size(); ++i) {
         if (diagonal[i] == 0.0 || !std::isfinite(diagonal[i]))
             return {};
-        int exponent;
-        std::frexp(diagonal[i], &exponent); // 1/2 <= |d| / 2^exponent < 1
-        const int half = exponent >> 1;     // rounded down
+        const int half = exponentOf(diagonal[i]) >> 1; // rounded down
         if (std::abs(half) > static_cast<int>(mostExponent))
             return {};
-        s[i] = std::ldexp(1.0, -half);
+        s[i] = powerOfTwo(-half);
     }
     return s;
 }

@@ -10,6 +10,7 @@
 #include <oneapi/tbb/task_arena.h>
 
 #include <algorithm>
+#include <atomic>
 #include <condition_variable>
 #include <exception>
 #include <functional>
@@ -78,15 +79,15 @@ public:
     {
         std::unique_lock<std::mutex> lock(mutex_);
         const int before = std::exchange(worker, workers_++);
-        while (left_ > 0 && !failure_) {
+        while (!ended()) {
             if (ready_.empty()) {
-                changed_.wait(lock);
+                await(lock);
                 continue;
             }
             const int t = take();
             lock.unlock();
             const std::exception_ptr failure = failureOf(t);
-            lock.lock();
+            enter(lock);
             finished(t, failure);
         }
         worker = before;
@@ -95,6 +96,33 @@ public:
     std::exception_ptr failure() const { return failure_; }
 
 private:
+    // Some tens of microseconds. To be woken takes a thread as long as many tasks of a small tree.
+    static constexpr int looks = 2000;
+
+    bool ended() const { return left_ == 0 || failure_; }
+
+    // Until a task may be ready, or all has ended: looks for a while before it falls asleep.
+    void await(std::unique_lock<std::mutex>& lock)
+    {
+        lock.unlock();
+        int left = looks;
+        while (nothing_.load(std::memory_order_relaxed) && --left > 0)
+            __builtin_ia32_pause();
+        enter(lock);
+        if (left == 0 && ready_.empty() && !ended())
+            changed_.wait(lock);
+    }
+
+    static void enter(std::unique_lock<std::mutex>& lock)
+    {
+        for (int left = looks; left > 0; --left) {
+            if (lock.try_lock())
+                return;
+            __builtin_ia32_pause();
+        }
+        lock.lock();
+    }
+
     // ready_ is a heap: the first by rank is at its front
     auto behind() const
     {
@@ -104,12 +132,14 @@ private:
     {
         ready_.push_back(t);
         std::push_heap(ready_.begin(), ready_.end(), behind());
+        nothing_ = false;
     }
     int take()
     {
         std::pop_heap(ready_.begin(), ready_.end(), behind());
         const int t = ready_.back();
         ready_.pop_back();
+        nothing_ = ready_.empty();
         return t;
     }
 
@@ -127,8 +157,11 @@ private:
     {
         if (failure && !failure_)
             failure_ = failure;
-        if (--left_ == 0 || failure_)
+        --left_;
+        if (ended()) {
+            nothing_ = false;
             return changed_.notify_all();
+        }
         bool mine = true; // this thread takes one
         for (int waiting : graph_.next(t))
             if (--waits_[waiting] == 0) {
@@ -145,6 +178,7 @@ private:
     std::vector<int> waits_, ready_;
     int left_, workers_ = 0;
     std::exception_ptr failure_;
+    std::atomic<bool> nothing_ = true; // nothing is ready, and not all has ended
 };
 
 TaskGraph::TaskGraph(int count, std::vector<std::pair<int, int>> edges, const std::vector<double>& work)

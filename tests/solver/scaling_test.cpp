@@ -218,4 +218,18 @@ TEST(ScalingByTheDiagonal, NeedsADiagonalWithinReach)
               (std::vector<double>{1.0, 0.5, 2.0, std::ldexp(1.0, 497)}));
 }
 
+TEST(ScalingByTheDiagonal, HalvesAnyExponentRoundedDown)
+{
+    for (int e = -1074; e <= 1023; ++e)
+        for (double d : {std::ldexp(1.0, e), -std::nextafter(std::ldexp(2.0, std::min(e, 1022)), 0.0)}) {
+            int exponent;
+            std::frexp(d, &exponent);
+            const int half = static_cast<int>(std::floor(0.5 * exponent));
+            EXPECT_EQ(diagonalScales({d}), half < -511 || half > 511
+                                               ? std::vector<double>{}
+                                               : std::vector<double>{std::ldexp(1.0, -half)})
+                << d;
+        }
+}
+
 } // namespace

@@ -31,6 +31,33 @@ std::vector<Edge> anyEdges(int count, std::mt19937_64& random)
     return edges;
 }
 
+// Whether another thread counts up to two as well before long.
+bool meets(std::atomic<int>& arrived)
+{
+    const auto begin = std::chrono::steady_clock::now();
+    for (++arrived; arrived < 2;) {
+        if (std::chrono::steady_clock::now() - begin > std::chrono::seconds(5))
+            return false;
+        std::this_thread::yield();
+    }
+    return true;
+}
+
+TEST(TaskGraph, WakesAThreadThatHadNothingToDoForLong)
+{
+    const TaskGraph graph(4, {{0, 1}, {0, 2}, {1, 3}, {2, 3}});
+    for (int round = 0; round < 3; ++round) {
+        std::atomic<int> arrived{0}, missed{0};
+        graph.execute(2, [&](int t) {
+            if (t == 0 || t == 3) // meanwhile the other thread falls asleep
+                std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            else
+                missed += meets(arrived) ? 0 : 1;
+        });
+        EXPECT_EQ(missed, 0);
+    }
+}
+
 TEST(TaskGraph, DoesEachTaskOnceBehindThoseItWaitsFor)
 {
     auto random = generator(51);
