@@ -208,6 +208,39 @@ TEST(ScalingByTheDiagonal, IsThatOfTheWholeMatrix)
     }
 }
 
+TEST(ScalingByTheDiagonal, LooksAtAllRowsOfALargeMatrix)
+{
+    const int n = 30000;
+    std::vector<std::int64_t> start{0};
+    std::vector<int> column;
+    std::vector<double> value;
+    for (int i = 0; i < n; ++i) {
+        if (i > 0) {
+            column.push_back(i - 1);
+            value.push_back(-4.0);
+        }
+        column.push_back(i);
+        value.push_back(8.0);
+        start.push_back(static_cast<std::int64_t>(column.size()));
+    }
+    const Rows rows(Kind::symmetricLower, n, start.data(), column.data());
+    const std::vector<double> scale = diagonalScales(rows.diagonal(value.data()));
+    ASSERT_EQ(scale, std::vector<double>(n, 0.25));
+    for (int threads : {1, 2}) {
+        std::vector<double> scaled(rows.pattern().entries(), 0.0);
+        ASSERT_TRUE(rows.scaledLower(value.data(), scale, scaled.data(), threads));
+        for (int i = 0; i < n; ++i)
+            for (auto p = rows.pattern().start[i]; p < rows.pattern().start[i + 1]; ++p)
+                if (const int j = rows.pattern().column[p]; j <= i)
+                    ASSERT_EQ(scaled[p], i == j ? 0.5 : -0.25) << "row " << i;
+        for (int row : {1, n / 2, n - 1}) {
+            std::vector<double> bad = value;
+            bad[start[row]] = 1e300;
+            EXPECT_FALSE(rows.scaledLower(bad.data(), scale, scaled.data(), threads)) << "row " << row;
+        }
+    }
+}
+
 TEST(ScalingByTheDiagonal, NeedsADiagonalWithinReach)
 {
     EXPECT_TRUE(diagonalScales({1.0, 0.0}).empty());
