@@ -16,44 +16,59 @@ BLA_BODY void scatter_entry(const CompressedRows& a, int64_t p, const double (&x
         yj[c * n] = (PlusZero ? value * x[c] + 0.0 : value * x[c]) + yj[c * n];
 }
 
-/// Adds the entries start..end-1 of one row, of which x holds the row of X. One or two columns go entry by
-/// entry, four at a time unless the row is short; from three on, two entries that meet neighbours in Y go
-/// together.
+/// Adds `count` entries from p on, one by one and unrolled.
+template <bool PlusZero, int count, int W>
+BLA_BODY void scatter_entries(const CompressedRows& a, int64_t p, const double (&x)[W], real* y, int64_t n)
+{
+#pragma GCC unroll 16
+    for (int64_t q = p; q < p + count; ++q)
+        scatter_entry<PlusZero>(a, q, x, y, n);
+}
+
+/// The entries start..end-1 of one row into one or two columns, entry by entry, several without a test
+/// between them unless the row is short.
 template <bool PlusZero, int W>
-BLA_BODY void scatter_row(const CompressedRows& a, int64_t start, int64_t end, const double (&x)[W], real* y,
-                          int64_t n)
+BLA_BODY void scatter_row_of_entries(const CompressedRows& a, int64_t start, int64_t end,
+                                     const double (&x)[W], real* y, int64_t n)
 {
     int64_t p = start;
-    if (W <= 2 && !a.far && end - start < EntriesPerTurn) {
-        for (; p < end; ++p)
-            scatter_entry<PlusZero>(a, p, x, y, n);
-        return;
-    }
+    if (a.far)
+        for (; p < end; p += EntriesPerTurn) {
+            prefetch_turn(a, p, EntriesAhead);
+            if (p + EntriesPerTurn > end)
+                break;
+            scatter_entries<PlusZero, EntriesPerTurn>(a, p, x, y, n);
+        }
+    if (a.far || end - start >= EntriesPerTurn)
+        for (; p + 4 <= end; p += 4)
+            scatter_entries<PlusZero, 4>(a, p, x, y, n);
+    for (; p < end; ++p)
+        scatter_entry<PlusZero>(a, p, x, y, n);
+}
+
+/// The same into three columns and more, two entries that meet neighbours in Y together.
+template <bool PlusZero, int W>
+BLA_BODY void scatter_row_of_pairs(const CompressedRows& a, int64_t start, int64_t end, const double (&x)[W],
+                                   real* y, int64_t n)
+{
+    int64_t p = start;
     for (int64_t first = start; first < end; first += EntriesPerTurn) {
         prefetch_turn(a, first, EntriesAhead / 2 / W);
         const int64_t last = first + EntriesPerTurn < end ? first + EntriesPerTurn : end;
-        if constexpr (W <= 2) {
-            for (; p + 4 <= last; p += 4)
-                for (int64_t q = 0; q < 4; ++q)
-                    scatter_entry<PlusZero>(a, p + q, x, y, n);
-            for (; p < last; ++p)
-                scatter_entry<PlusZero>(a, p, x, y, n);
-        } else {
-            while (p < last) {
-                const int64_t j = a.column[p];
-                if (p + 1 < end && a.column[p + 1] == j + 1) {
-                    const pair values = {a.value[p], a.value[p + 1]};
-                    real* const yj = y + j;
-                    for (int c = 0; c < W; ++c) {
-                        pair_in_memory& yc = *reinterpret_cast<pair_in_memory*>(yj + c * n);
-                        const pair products = values * pair{x[c], x[c]};
-                        yc = (PlusZero ? products + 0.0 : products) + yc;
-                    }
-                    p += 2;
-                } else {
-                    scatter_entry<PlusZero>(a, p, x, y, n);
-                    ++p;
+        while (p < last) {
+            const int64_t j = a.column[p];
+            if (p + 1 < end && a.column[p + 1] == j + 1) {
+                const pair values = {a.value[p], a.value[p + 1]};
+                real* const yj = y + j;
+                for (int c = 0; c < W; ++c) {
+                    pair_in_memory& yc = *reinterpret_cast<pair_in_memory*>(yj + c * n);
+                    const pair products = values * pair{x[c], x[c]};
+                    yc = (PlusZero ? products + 0.0 : products) + yc;
                 }
+                p += 2;
+            } else {
+                scatter_entry<PlusZero>(a, p, x, y, n);
+                ++p;
             }
         }
     }
@@ -71,7 +86,10 @@ BLA_BODY void scatter_block(const CompressedRows& a, int64_t first, int64_t last
         double xs[W];
         for (int c = 0; c < W; ++c)
             xs[c] = x[s + (k + c) * count];
-        scatter_row<PlusZero>(a, start, end, xs, y + k * n, n);
+        if constexpr (W <= 2)
+            scatter_row_of_entries<PlusZero>(a, start, end, xs, y + k * n, n);
+        else
+            scatter_row_of_pairs<PlusZero>(a, start, end, xs, y + k * n, n);
     }
 }
 
@@ -80,6 +98,32 @@ BLA_BODY bool denormals_are_lost()
 {
     constexpr unsigned FlushToZero = 0x8000, DenormalsAreZero = 0x0040;
     return (__builtin_ia32_stmxcsr() & (FlushToZero | DenormalsAreZero)) != 0;
+}
+
+/// Adds the rows to several columns of Y. Inlined, its loops would cost that of a single column its
+/// registers.
+template <class RowOf>
+[[gnu::noinline]] static void scatter_columns(const CompressedRows& a, const real* x, int64_t count, real* y,
+                                              int64_t n, int64_t nrhs, RowOf row_of)
+{
+    const bool plus_zero = nrhs <= 2 || n < 1 || denormals_are_lost();
+    // Columns of Y a number of pages apart fall into the same set of the first cache, which eight would fill.
+    // Four at a time take some rows, as long as these are in a cache, before the next four do.
+    constexpr int64_t ColumnsApart = 512, RowsAtATime = 32;
+    const bool narrow = n >= 1 && n % ColumnsApart == 0;
+    const int64_t rows = narrow && nrhs > 4 ? RowsAtATime : count;
+    for (int64_t first = 0; first < count; first += rows) {
+        const int64_t last = first + rows < count ? first + rows : count;
+        for_column_blocks(
+            nrhs,
+            [=]<int W>(Width<W>, int64_t k) {
+                if (W > 2 && !plus_zero)
+                    scatter_block<false, W>(a, first, last, x, count, y, n, k, row_of);
+                else
+                    scatter_block<true, W>(a, first, last, x, count, y, n, k, row_of);
+            },
+            narrow);
+    }
 }
 
 /// Y := Σ (row row_of(s) of A)ᵀ·(row s of X) over s = 0..count-1, A by rows with n columns, X count×nrhs,
@@ -99,22 +143,8 @@ BLA_BODY void scatter_rows(const CompressedRows& a, const real* x, int64_t count
     if (n >= 1)
         for (int64_t i = 0; i < n * nrhs; ++i)
             y[i] = zero;
-    const bool plus_zero = nrhs <= 2 || n < 1 || denormals_are_lost();
-    // Columns of Y a number of pages apart fall into the same set of the first cache, which eight would fill.
-    // Four at a time take some rows, as long as these are in a cache, before the next four do.
-    constexpr int64_t ColumnsApart = 512, RowsAtATime = 32;
-    const bool narrow = n >= 1 && n % ColumnsApart == 0;
-    const int64_t rows = narrow && nrhs > 4 ? RowsAtATime : count;
-    for (int64_t first = 0; first < count; first += rows) {
-        const int64_t last = first + rows < count ? first + rows : count;
-        for_column_blocks(
-            nrhs,
-            [=]<int W>(Width<W>, int64_t k) {
-                if (W > 2 && !plus_zero)
-                    scatter_block<false, W>(a, first, last, x, count, y, n, k, row_of);
-                else
-                    scatter_block<true, W>(a, first, last, x, count, y, n, k, row_of);
-            },
-            narrow);
-    }
+    if (nrhs == 1)
+        scatter_block<true, 1>(a, 0, count, x, count, y, n, 0, row_of);
+    else
+        scatter_columns(a, x, count, y, n, nrhs, row_of);
 }
