@@ -2,18 +2,20 @@
 """Runs the benchmarks line by line and compares rates within each line.
 
 usage: report.py BENCHMARK... [--families REGEX] [--repetitions N] [--threads N] [--behind BYTES]
-                 [--json FILE] [--markdown FILE] [--svg FILE] [--panel FILE] [--rates FILE]
+                 [--json FILE] [--markdown FILE] [--svg FILE] [--panel FILE] [--ratios FILE] [--rates FILE]
        report.py BENCHMARK --small-calls [--families REGEX]
 
 A line is one family and size. Its variants run in one process of their own, several times, interleaved at random where
 the BLAS has one thread; the best of each counts. Prints every line with the ratios kernel/peer, the targets of
 targets.txt for this family of processors and whether they are reached. --json keeps the rates, which --rates judges
-again instead of measuring; --svg draws them over the size, --panel the ratios of a few lines beside those of the other
-family. --small-calls compares calls on tiny blocks with the plain loops behind the same interface.
+again instead of measuring; --svg draws them over the size, --panel the ratios of a few lines beside those that --ratios
+has kept of other families in docs/speed-FAMILY.json. --small-calls compares calls on tiny blocks with the plain loops
+behind the same interface.
 """
 import argparse
 import collections
 import datetime
+import glob
 import json
 import os
 import re
@@ -27,7 +29,7 @@ HERE = os.path.dirname(os.path.abspath(__file__))
 
 def read_targets():
     """(families of processors, {family or None for all: {line: {peer: ratio}}})"""
-    families, targets, section = [], collections.defaultdict(collections.OrderedDict), None
+    families, targets, sections = [], collections.defaultdict(collections.OrderedDict), [None]
     for text in open(os.path.join(HERE, "targets.txt"), encoding="utf-8"):
         words = text.split("#")[0].split()
         if not words:
@@ -35,9 +37,11 @@ def read_targets():
         if words[0] == "family":
             families.append(machine.Family(words[1], words[2], float(words[3]), int(words[4])))
         elif words[0] == "only":
-            section = words[1]
+            sections = words[1:]
         else:
-            targets[section][words[0]] = {peer: float(ratio) for peer, ratio in zip(words[1::2], words[2::2])}
+            for section in sections:
+                targets[section].setdefault(words[0], {}).update(
+                    (peer, float(ratio)) for peer, ratio in zip(words[1::2], words[2::2]))
     return families, targets
 
 
@@ -180,22 +184,44 @@ def ratios_of(rates):
     return {v: rates[best] / r for v, r in rates.items() if v != best and not v.startswith("nb") and v != "vector"}
 
 
-def draw_panel(path, results, label):
+def kept_families(but):
+    """(label, {line: {peer: ratio}}) of each family but one whose ratios are kept, in the order of their names."""
+    kept = []
+    for path in sorted(glob.glob(os.path.join(HERE, "..", "docs", "speed-*.json"))):
+        if os.path.basename(path) != f"speed-{but}.json":
+            with open(path, encoding="utf-8") as file:
+                other = json.load(file)
+            kept.append((f"{other['label']}, {other['date']}", other["ratios"]))
+    return kept
+
+
+def keep_ratios(path, results, family):
+    with open(path, "w", encoding="utf-8") as out:
+        json.dump({"label": label_of(family), "machine": machine.name(), "date": str(datetime.date.today()),
+                   "ratios": {line: {v: round(r, 2) for v, r in ratios_of(results[line]).items()}
+                              for line, _ in PANEL if line in results}}, out, indent=1)
+        out.write("\n")
+
+
+def label_of(family):
+    return re.sub(r"(\d)", r" \1", family.replace("_", " ")).title()
+
+
+def draw_panel(path, results, family):
     """Kernel over best peer, a row a kernel, a mark a family of processors."""
     import matplotlib
     matplotlib.use("Agg")
     import matplotlib.pyplot as plt
     matplotlib.rcParams["svg.fonttype"] = "none"
 
-    with open(os.path.join(HERE, "..", "docs", "speed-zen4.json"), encoding="utf-8") as file:
-        other = json.load(file)
     here = {line: ratios_of(rates) for line, rates in results.items()}
+    series = [(f"{label_of(family)}, {datetime.date.today()}", here), *kept_families(family)]
+    styles = ({"marker": "o", "color": "black"}, {"marker": "s", "facecolors": "none", "edgecolors": "tab:blue"},
+              {"marker": "o", "facecolors": "none", "edgecolors": "tab:red"})
     figure, axis = plt.subplots(figsize=(8, 5))
-    for ratios, name, style in ((here, label, {"marker": "o", "color": "black"}),
-                                (other["ratios"], f"AMD Zen 4, {other['date']},\nbefore today's forms",
-                                 {"marker": "o", "facecolors": "none", "edgecolors": "tab:red"})):
+    for (label, ratios), style in zip(series, styles):
         points = [(over_best_peer(line, ratios[line]), -row) for row, (line, _) in enumerate(PANEL) if line in ratios]
-        axis.scatter(*zip(*[p for p in points if p[0]]), s=28, label=name, **style)
+        axis.scatter(*zip(*[p for p in points if p[0]]), s=28, label=label, **style)
     axis.axvline(1.0, color="gray", linewidth=0.8)
     axis.set_xscale("log")
     ticks = (0.5, 0.7, 1, 1.5, 2, 3, 4)
@@ -229,7 +255,8 @@ def main():
     parser.add_argument("--json", help="write the rates to this file")
     parser.add_argument("--markdown", help="write the table to this file")
     parser.add_argument("--svg", help="draw the curves into this file")
-    parser.add_argument("--panel", help="draw kernel over best peer into this file, beside the other family's figures")
+    parser.add_argument("--panel", help="draw kernel over best peer into this file, beside the other families' figures")
+    parser.add_argument("--ratios", help="keep the ratios of those lines for the panels of other families in this file")
     parser.add_argument("--rates", help="judge the rates that --json has kept in this file")
     arguments = parser.parse_args()
 
@@ -279,7 +306,9 @@ def main():
     if arguments.svg:
         draw(arguments.svg, results)
     if arguments.panel:
-        draw_panel(arguments.panel, results, f"{family.name.replace('_', ' ').title()}, {datetime.date.today()}")
+        draw_panel(arguments.panel, results, family.name)
+    if arguments.ratios:
+        keep_ratios(arguments.ratios, results, family.name)
 
 
 if __name__ == "__main__":
