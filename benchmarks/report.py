@@ -231,7 +231,7 @@ def draw_panel(path, results, family):
     axis.set_xlabel("times as fast as the best peer (plain loop, OpenBLAS, Eigen, CHOLMOD, qrupdate)")
     axis.set_ylabel("kernel, size")
     axis.grid(axis="y", linewidth=0.3)
-    axis.legend(loc="center left", bbox_to_anchor=(1.01, 0.5), frameon=False)
+    axis.legend(loc="lower center", bbox_to_anchor=(0.35, 1.0), ncols=3, frameon=False, fontsize=8)
     figure.tight_layout()
     figure.savefig(path)
 
