@@ -228,7 +228,7 @@ def draw_panel(path, results, family):
     axis.set_xticks(ticks, [f"{t:g}" for t in ticks])
     axis.minorticks_off()
     axis.set_yticks([-row for row in range(len(PANEL))], [label for _, label in PANEL])
-    axis.set_xlabel("times as fast as the best peer (plain loop, OpenBLAS, Eigen, CHOLMOD, qrupdate)")
+    axis.set_xlabel("times as fast as the best peer (plain loop, OpenBLAS, Eigen, CHOLMOD, qrupdate)", loc="right")
     axis.set_ylabel("kernel, size")
     axis.grid(axis="y", linewidth=0.3)
     axis.legend(loc="lower center", bbox_to_anchor=(0.35, 1.0), ncols=3, frameon=False, fontsize=8)
