@@ -48,6 +48,8 @@ wrappers=$(grep -l '"facade.h"' TOVBla/TOVBlaCore.m/src/*.cpp | xargs grep -L '^
 # shellcheck disable=SC2046,SC2086
 tidy --checks=-bugprone-suspicious-include --header-filter='/TOVBla/.*\.(h|cpp)$' \
     $(printf -- "--extra-arg=-include$PWD/%s " ${wrappers#*$'\n'}) ${wrappers%%$'\n'*} || failed=1
-git ls-files 'TOVBla/*.cpp' 'solver/*.cpp' 'programs/*.cpp' 'examples/*.cpp' | grep -vxF "$wrappers" |
+# An example whose libraries are not installed is not built, so that nobody knows how to read it.
+built=$(grep '"file": ' build/clang/compile_commands.json | cut -d '"' -f 4 | sed "s|^$PWD/||")
+git ls-files 'TOVBla/*.cpp' 'solver/*.cpp' 'programs/*.cpp' 'examples/*.cpp' | grep -vxF "$wrappers" | grep -xF "$built" |
     xargs -P "$(nproc)" -n 1 bash -c 'tidy "$@"' tidy || failed=1
 exit $failed

@@ -78,7 +78,9 @@ valgrind() {
         echo "valgrind: FAILED, it does not report an uninitialised value"
         return 1
     fi
-    "${memcheck[@]}" $directory/bin/frame_tests >$directory/frame.log 2>&1 || { cat $directory/frame.log && return 1; }
+    # Under valgrind the processor tells of other caches than the system's list has.
+    "${memcheck[@]}" $directory/bin/frame_tests --gtest_filter=-Caches.TheLastOneIsTheLargestThatTheSystemSees \
+        >$directory/frame.log 2>&1 || { cat $directory/frame.log && return 1; }
     "${memcheck[@]}" $directory/bin/fuzz_kernels --runs "$([ "$short" ] && echo 50 || echo 1000)" tests/fuzz/corpus/kernels
     [ "$short" ] || "${memcheck[@]}" $directory/bin/fuzz_solver --runs 300 tests/fuzz/corpus/solver
     echo "valgrind: no error"
