@@ -42,16 +42,15 @@ BLA_BODY void prefetch_entries(const CompressedRows& a, int64_t start, int64_t e
 }
 
 /// The same for a turn of as many entries as a line has columns, so that requests are spread over the row.
-/// With more columns of X a turn takes longer: the fewer entries ahead.
 constexpr int64_t EntriesPerTurn = ColumnsPerLine;
 
-BLA_BODY void prefetch_turn(const CompressedRows& a, int64_t first, int64_t ahead)
+BLA_BODY void prefetch_turn(const CompressedRows& a, int64_t first)
 {
     if (!a.far)
         return;
-    __builtin_prefetch(a.value + first + ahead);
-    __builtin_prefetch(a.value + first + ahead + ValuesPerLine);
-    __builtin_prefetch(a.column + first + ahead);
+    __builtin_prefetch(a.value + first + EntriesAhead);
+    __builtin_prefetch(a.value + first + EntriesAhead + ValuesPerLine);
+    __builtin_prefetch(a.column + first + EntriesAhead);
 }
 
 /// Two doubles in a register.

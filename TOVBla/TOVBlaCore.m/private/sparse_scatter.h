@@ -25,19 +25,21 @@ BLA_BODY void scatter_entries(const CompressedRows& a, int64_t p, const double (
         scatter_entry<PlusZero>(a, q, x, y, n);
 }
 
-/// The entries start..end-1 of one row into one or two columns, entry by entry, several without a test
-/// between them unless the row is short.
+/// The entries start..end-1 of one row, entry by entry, several without a test between them unless the row is
+/// short.
 template <bool PlusZero, int W>
 BLA_BODY void scatter_row_of_entries(const CompressedRows& a, int64_t start, int64_t end,
                                      const double (&x)[W], real* y, int64_t n)
 {
+    constexpr int64_t Together = W <= 2 ? EntriesPerTurn : 2;
     int64_t p = start;
     if (a.far)
         for (; p < end; p += EntriesPerTurn) {
-            prefetch_turn(a, p, EntriesAhead);
+            prefetch_turn(a, p);
             if (p + EntriesPerTurn > end)
                 break;
-            scatter_entries<PlusZero, EntriesPerTurn>(a, p, x, y, n);
+            for (int64_t q = p; q < p + EntriesPerTurn; q += Together)
+                scatter_entries<PlusZero, Together>(a, q, x, y, n);
         }
     if (a.far || end - start >= EntriesPerTurn)
         for (; p + 4 <= end; p += 4)
@@ -53,7 +55,7 @@ BLA_BODY void scatter_row_of_pairs(const CompressedRows& a, int64_t start, int64
 {
     int64_t p = start;
     for (int64_t first = start; first < end; first += EntriesPerTurn) {
-        prefetch_turn(a, first, EntriesAhead / 2 / W);
+        prefetch_turn(a, first);
         const int64_t last = first + EntriesPerTurn < end ? first + EntriesPerTurn : end;
         while (p < last) {
             const int64_t j = a.column[p];
@@ -74,6 +76,12 @@ BLA_BODY void scatter_row_of_pairs(const CompressedRows& a, int64_t start, int64
     }
 }
 
+/// Whether the first two entries of a row meet neighbours in Y.
+BLA_BODY bool begins_with_neighbours(const CompressedRows& a, int64_t start, int64_t end)
+{
+    return start + 1 < end && a.column[start + 1] == int64_t{a.column[start]} + 1;
+}
+
 /// Rows row_of(first..last-1) into the W columns of Y from column k on.
 template <bool PlusZero, int W, class RowOf>
 BLA_BODY void scatter_block(const CompressedRows& a, int64_t first, int64_t last, const real* x,
@@ -86,7 +94,7 @@ BLA_BODY void scatter_block(const CompressedRows& a, int64_t first, int64_t last
         double xs[W];
         for (int c = 0; c < W; ++c)
             xs[c] = x[s + (k + c) * count];
-        if constexpr (W <= 2)
+        if (W <= 2 || !begins_with_neighbours(a, start, end))
             scatter_row_of_entries<PlusZero>(a, start, end, xs, y + k * n, n);
         else
             scatter_row_of_pairs<PlusZero>(a, start, end, xs, y + k * n, n);

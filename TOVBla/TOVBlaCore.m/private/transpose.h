@@ -164,20 +164,29 @@ BLA_BODY void transpose_large(int64_t m, int64_t n, const real* s, int64_t s_ste
     }
 }
 
-/// The same for any shape. What is too small for tiles, and a single tile, is done without saving a register.
+/// The same where it takes no more than a tile, without saving a register. False if it takes more: then
+/// nothing is done.
 template <class Tier, Store How>
-BLA_BODY void transpose(int64_t m, int64_t n, const real* s, int64_t s_step, real* d, int64_t d_step)
+BLA_BODY bool transpose_tiny(int64_t m, int64_t n, const real* s, int64_t s_step, real* d, int64_t d_step)
 {
-    if (m < TileOrder || n < TileOrder) {
-        if (m < 1 || n < 1)
-            return;
+    if (m < TileOrder || n < TileOrder) { // too small for a tile
         for (int64_t i = 0; i < m; ++i)
             for (int64_t j = 0; j < n; ++j)
                 put<How>(d + j * d_step + i, s[i * s_step + j]);
-        return;
+        return true;
     }
-    if (m == TileOrder && n == TileOrder)
-        return transpose_tile<Tier, How>(s, s_step, d, d_step);
+    if (m != TileOrder || n != TileOrder)
+        return false;
+    transpose_tile<Tier, How>(s, s_step, d, d_step);
+    return true;
+}
+
+/// The same for any shape.
+template <class Tier, Store How>
+BLA_BODY void transpose(int64_t m, int64_t n, const real* s, int64_t s_step, real* d, int64_t d_step)
+{
+    if (m < 1 || n < 1 || transpose_tiny<Tier, How>(m, n, s, s_step, d, d_step))
+        return;
     Tier::apart([](auto... all) BLA_INLINED { transpose_large<Tier, How>(all...); }, m, n, s, s_step, d,
                 d_step);
 }

@@ -49,3 +49,13 @@ BLA_BODY void transpose_past_caches(int64_t m, int64_t n, const real* s, int64_t
     transpose<Tier, Store::Copy>(rows, n - columns, s + top * s_step + columns, s_step,
                                  d + columns * d_step + top, d_step);
 }
+
+/// D := Sᵀ, D m×n, whichever way is for its size.
+template <class Tier>
+BLA_BODY void copy_transposed(int64_t m, int64_t n, const real* s, int64_t s_step, real* d, int64_t d_step)
+{
+    if (past_caches(m * n, d, d_step))
+        transpose_past_caches<Tier>(m, n, s, s_step, d, d_step);
+    else
+        transpose_large<Tier, Store::Copy>(m, n, s, s_step, d, d_step);
+}

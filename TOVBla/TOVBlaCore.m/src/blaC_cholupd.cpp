@@ -41,6 +41,20 @@ BLA_BODY void turn_rows(real* column, real* x, int64_t rows, const Rotation& rot
     }
 }
 
+/// The same without vectors: x was stored element by element, and a vector loaded over two such stores waits
+/// until they have reached the cache.
+template <Kind K>
+BLA_BODY void turn_rows_singly(real* column, real* x, int64_t rows, const Rotation& rotation)
+{
+    for (int64_t i = 0; i < rows; ++i) {
+        double element = column[i], xi = x[i];
+        turn<K>(element, xi, rotation);
+        __asm__("" : "+x"(xi)); // a scalar, says this to the compiler
+        column[i] = element;
+        x[i] = xi;
+    }
+}
+
 /// As many rows as a register of the tier holds, from or to a caller's array.
 template <class Tier>
 struct Rows
@@ -191,14 +205,14 @@ BLA_BODY int sweep_ahead(int64_t first, int64_t last, int64_t n, real* l, int64_
     return 0;
 }
 
-/// The same code for all tiers: short columns gain nothing from vectors.
+/// The same code for all tiers: short columns lose by vectors.
 template <Kind K>
 [[gnu::noinline]] int sweep_plainly(int64_t first, int64_t last, int64_t n, real* l, int64_t step, real* x,
                                     double tol)
 {
     return sweep_ahead<K>(first, last, n, l, step, x, tol,
                           [](real* column, real* from, int64_t rows, const Rotation& rotation)
-                              BLA_INLINED { turn_rows<K>(column, from, rows, rotation); });
+                              BLA_INLINED { turn_rows_singly<K>(column, from, rows, rotation); });
 }
 
 template <class Tier, Kind K, bool Small>

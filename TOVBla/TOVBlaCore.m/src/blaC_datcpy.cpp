@@ -9,10 +9,8 @@ BLA_TIERS_VA(blac_datcpy_,
 {
     if (*n < 1 || *m < 1)
         return;
-    const int64_t count = int64_t{*m} * *n;
-    if (past_caches(count, b, *ldb))
-        Tier::apart([](auto... all) BLA_INLINED { transpose_past_caches<Tier>(all...); }, int64_t{*m},
-                    int64_t{*n}, a, int64_t{*lda}, b, int64_t{*ldb});
-    else
-        transpose<Tier, Store::Copy>(*m, *n, a, *lda, b, *ldb);
+    if (transpose_tiny<Tier, Store::Copy>(*m, *n, a, *lda, b, *ldb))
+        return;
+    Tier::apart([](auto... all) BLA_INLINED { copy_transposed<Tier>(all...); }, int64_t{*m}, int64_t{*n}, a,
+                int64_t{*lda}, b, int64_t{*ldb});
 }

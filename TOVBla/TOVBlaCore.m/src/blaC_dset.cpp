@@ -11,10 +11,5 @@ BLA_EXPORT void blac_dset_(const int* n, const real* a, real* x, const int* incx
         return; // a is not read either
     const pattern value = *patterns(a);
     walk(
-        *n,
-        [=](int64_t count, int64_t step) BLA_INLINED {
-            for (int64_t k = 0; k < count; ++k)
-                patterns(x)[k * step] = value;
-        },
-        int64_t{*incx});
+        *n, [=](int64_t k) BLA_INLINED { patterns(x)[k] = value; }, int64_t{*incx});
 }

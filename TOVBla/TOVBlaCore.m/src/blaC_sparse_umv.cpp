@@ -60,8 +60,8 @@ template <int W>
         const int64_t last = p_end - p < q_end - q ? p_end : p + (q_end - q);
         pair upper[(W + 1) / 2] = {}, lower[(W + 1) / 2] = {};
         while (p < last) {
-            prefetch_turn(a, p, 2 * EntriesAhead / W);
-            prefetch_turn(a, q, 2 * EntriesAhead / W);
+            prefetch_turn(a, p);
+            prefetch_turn(a, q);
             const int64_t until = a.far && p + EntriesPerTurn < last ? p + EntriesPerTurn : last;
             for (; p + 2 <= until; p += 2, q += 2) {
                 add_entry<W>(a, p, x, n, upper);
@@ -90,14 +90,13 @@ template <int W>
 template <int W>
 BLA_BODY void multiply_rows(const CompressedRows& a, const real* x, int64_t n, real* y, int64_t rows)
 {
-    constexpr int64_t Ahead = EntriesAhead / W;
     for (int64_t i = 0; i < rows; ++i) {
         pair sums[(W + 1) / 2] = {};
         const int64_t end = a.start[i + 1];
         for (int64_t first = a.start[i]; first < end; first += ValuesPerLine) {
             if (a.far) {
-                __builtin_prefetch(a.value + first + Ahead);
-                __builtin_prefetch(a.column + first + Ahead);
+                __builtin_prefetch(a.value + first + EntriesAhead);
+                __builtin_prefetch(a.column + first + EntriesAhead);
             }
             const int64_t last = first + ValuesPerLine < end ? first + ValuesPerLine : end;
             for (int64_t p = first; p < last; ++p)

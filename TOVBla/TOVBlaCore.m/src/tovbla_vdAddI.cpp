@@ -11,10 +11,6 @@ BLA_EXPORT void tovbla_vdaddi_(const int* n, const real* x, const int* incx, con
     if (*n < 1)
         return; // the increments are not read either
     walk(
-        *n,
-        [=](int64_t count, int64_t x_step, int64_t y_step, int64_t z_step) BLA_INLINED {
-            for (int64_t k = 0; k < count; ++k)
-                z[k * z_step] = x[k * x_step] + y[k * y_step];
-        },
-        int64_t{*incx}, int64_t{*incy}, int64_t{*incz});
+        *n, [=](int64_t i, int64_t j, int64_t k) BLA_INLINED { z[k] = x[i] + y[j]; }, int64_t{*incx},
+        int64_t{*incy}, int64_t{*incz});
 }

@@ -9,8 +9,6 @@ BLA_TIERS_VRA(tovbla_vdasn_, (const int* n, real* x, const real* a), (n, x, a))
     if (*n < 1)
         return; // a is not read either
     const pattern value = *patterns(a);
-    walk(*n, [=](int64_t count) BLA_INLINED {
-        for (int64_t k = 0; k < count; ++k)
-            patterns(x)[k] = value;
-    });
+    walk(
+        *n, [=](int64_t k) BLA_INLINED { patterns(x)[k] = value; }, Contiguous);
 }

@@ -10,10 +10,6 @@ BLA_EXPORT void tovbla_vdcopyi_(const int* n, const real* x, const int* incx, re
     if (*n < 1)
         return; // the increments are not read either
     walk(
-        *n,
-        [=](int64_t count, int64_t x_step, int64_t y_step) BLA_INLINED {
-            for (int64_t k = 0; k < count; ++k)
-                patterns(y)[k * y_step] = patterns(x)[k * x_step];
-        },
-        int64_t{*incx}, int64_t{*incy});
+        *n, [=](int64_t i, int64_t j) BLA_INLINED { patterns(y)[j] = patterns(x)[i]; }, int64_t{*incx},
+        int64_t{*incy});
 }

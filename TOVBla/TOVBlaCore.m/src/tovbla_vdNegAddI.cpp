@@ -3,7 +3,6 @@
 //
 // The sum first, then its sign bit is flipped: 0 + 0 gives -0, which (-x) - y would not give for 1 and -1,
 // and a NaN changes its sign as well.
-#include "pattern.h"
 #include "tiers.h"
 #include "walk.h"
 
@@ -15,12 +14,6 @@ BLA_TIERS_VA(tovbla_vdnegaddi_,
     if (*n < 1)
         return; // the increments are not read either
     walk(
-        *n,
-        [=](int64_t count, int64_t x_step, int64_t y_step, int64_t z_step) BLA_INLINED {
-            for (int64_t k = 0; k < count; ++k) {
-                const double sum = x[k * x_step] + y[k * y_step];
-                patterns(z)[k * z_step] = __builtin_bit_cast(std::uint64_t, sum) ^ SignBit;
-            }
-        },
-        int64_t{*incx}, int64_t{*incy}, int64_t{*incz});
+        *n, [=](int64_t i, int64_t j, int64_t k) BLA_INLINED { z[k] = -(x[i] + y[j]); }, int64_t{*incx},
+        int64_t{*incy}, int64_t{*incz});
 }

@@ -8,8 +8,6 @@ BLA_TIERS_VRA(tovbla_vdscale_, (const int* n, real* x, const real* a), (n, x, a)
     if (*n < 1)
         return; // a is not read either
     const double factor = *a;
-    walk(*n, [=](int64_t count) BLA_INLINED {
-        for (int64_t k = 0; k < count; ++k)
-            x[k] = x[k] * factor;
-    });
+    walk(
+        *n, [=](int64_t k) BLA_INLINED { x[k] = x[k] * factor; }, Contiguous);
 }
