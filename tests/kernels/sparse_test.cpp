@@ -510,38 +510,46 @@ TEST(SparseUmtv, AddsPlusZeroToAProductOfMinusZeroAlsoWhereATinySumBecameMinusZe
             }
 }
 
+// Of a small matrix, and of one that no cache holds.
 TEST(SparseUmtv, GivesTheBitsOfThePlainLoopInEveryRoundingModeAndTreatmentOfDenormals)
 {
+    struct Case
+    {
+        int m, n, per_row, most_columns;
+    };
     int lost = 0; // results that the treatment changed
-    for (unsigned treatment : TreatmentsOfDenormals)
-        for (int mode : {FE_TONEAREST, FE_DOWNWARD, FE_UPWARD, FE_TOWARDZERO})
-            for (int nrhs = 1; nrhs <= 17; ++nrhs) {
-                auto random = generator(static_cast<std::uint64_t>(nrhs));
-                const int m = 40, n = 5;
-                const Matrix matrix(m, n, 8 * m, Rows::Ascending, 0, random, Data::Ordinary);
-                Guarded<double> x(m * nrhs), expected(n * nrhs), actual(n * nrhs), listed(n * nrhs),
-                    ieee(n * nrhs);
-                for (int i = 0; i < x.size(); ++i) // products and sums of few different sizes about 2⁻¹⁰²²
-                    x.set(i, static_cast<double>(static_cast<int>(random() % 5) - 2) * 0x1p-1022);
-                for (int p = 0; p < matrix.a.size(); ++p)
-                    matrix.a.set(p, static_cast<double>(static_cast<int>(random() % 9) - 4) / 8.0);
-                std::vector<int> list(static_cast<std::size_t>(m));
-                for (int i = 0; i < m; ++i)
-                    list[static_cast<std::size_t>(i)] = i;
-                reference::sparse_umtv(matrix.a, x, matrix.ia, matrix.ja, ieee, m, n, nrhs);
-                {
-                    const Denormals denormals(treatment);
-                    std::fesetround(mode);
-                    reference::sparse_umtv(matrix.a, x, matrix.ia, matrix.ja, expected, m, n, nrhs);
-                    blac_sparse_umtv_(matrix.a, x, matrix.ia, matrix.ja, actual, &m, &n, &nrhs);
-                    blac_sparse_sparse_umtv_(matrix.a, x, matrix.ia, matrix.ja, listed, &m, &n, &nrhs,
-                                             list.data());
-                    std::fesetround(FE_TONEAREST);
+    for (auto [m, n, per_row, most_columns] : {Case{40, 5, 8, 17}, {4400, 3000, 30, 3}})
+        for (int nrhs = 1; nrhs <= most_columns; ++nrhs) {
+            auto random = generator(static_cast<std::uint64_t>(nrhs));
+            const Matrix matrix(m, n, per_row * m, Rows::Ascending, 0, random, Data::Ordinary);
+            matrix.ia.set(0, 0);
+            matrix.ia.set(m, per_row * m);
+            Guarded<double> x(m * nrhs), expected(n * nrhs), actual(n * nrhs), listed(n * nrhs),
+                ieee(n * nrhs);
+            for (int i = 0; i < x.size(); ++i) // products and sums of few different sizes about 2⁻¹⁰²²
+                x.set(i, static_cast<double>(static_cast<int>(random() % 5) - 2) * 0x1p-1022);
+            for (int p = 0; p < matrix.a.size(); ++p)
+                matrix.a.set(p, static_cast<double>(static_cast<int>(random() % 9) - 4) / 8.0);
+            std::vector<int> list(static_cast<std::size_t>(m));
+            for (int i = 0; i < m; ++i)
+                list[static_cast<std::size_t>(i)] = i;
+            reference::sparse_umtv(matrix.a, x, matrix.ia, matrix.ja, ieee, m, n, nrhs);
+            for (unsigned treatment : TreatmentsOfDenormals)
+                for (int mode : {FE_TONEAREST, FE_DOWNWARD, FE_UPWARD, FE_TOWARDZERO}) {
+                    {
+                        const Denormals denormals(treatment);
+                        std::fesetround(mode);
+                        reference::sparse_umtv(matrix.a, x, matrix.ia, matrix.ja, expected, m, n, nrhs);
+                        blac_sparse_umtv_(matrix.a, x, matrix.ia, matrix.ja, actual, &m, &n, &nrhs);
+                        blac_sparse_sparse_umtv_(matrix.a, x, matrix.ia, matrix.ja, listed, &m, &n, &nrhs,
+                                                 list.data());
+                        std::fesetround(FE_TONEAREST);
+                    }
+                    ASSERT_TRUE(same_memory(expected, actual)) << std::hex << treatment << ' ' << mode;
+                    ASSERT_TRUE(same_memory(expected, listed)) << std::hex << treatment << ' ' << mode;
+                    lost += !same_memory(expected, ieee);
                 }
-                ASSERT_TRUE(same_memory(expected, actual)) << std::hex << treatment << ' ' << mode;
-                ASSERT_TRUE(same_memory(expected, listed)) << std::hex << treatment << ' ' << mode;
-                lost += !same_memory(expected, ieee);
-            }
+        }
     EXPECT_GT(lost, 100) << "the data do not reach what is tested";
 }
 

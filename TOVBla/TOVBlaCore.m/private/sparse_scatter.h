@@ -16,13 +16,36 @@ BLA_BODY void scatter_entry(const CompressedRows& a, int64_t p, const double (&x
         yj[c * n] = (PlusZero ? value * x[c] + 0.0 : value * x[c]) + yj[c * n];
 }
 
+/// The same for entries p and p+1, one after the other; their products are formed at once.
+template <bool PlusZero, int W>
+BLA_BODY void scatter_two_entries(const CompressedRows& a, int64_t p, const double (&x)[W], real* y,
+                                  int64_t n)
+{
+    const pair values = {a.value[p], a.value[p + 1]};
+    const int64_t i = a.column[p], j = a.column[p + 1];
+    for (int c = 0; c < W; ++c) {
+        real* yc = y + c * n;
+        __asm__("" : "+r"(yc)); // a register for each column
+        pair products = values * pair{x[c], x[c]};
+        if (PlusZero)
+            products = products + 0.0;
+        yc[i] = products[0] + yc[i];
+        yc[j] = products[1] + yc[j];
+    }
+}
+
 /// Adds `count` entries from p on, one by one and unrolled.
 template <bool PlusZero, int count, int W>
 BLA_BODY void scatter_entries(const CompressedRows& a, int64_t p, const double (&x)[W], real* y, int64_t n)
 {
+    if constexpr (W == 2) {
 #pragma GCC unroll 16
-    for (int64_t q = p; q < p + count; ++q)
-        scatter_entry<PlusZero>(a, q, x, y, n);
+        for (int64_t q = p; q < p + count; q += 2)
+            scatter_two_entries<PlusZero>(a, q, x, y, n);
+    } else
+#pragma GCC unroll 16
+        for (int64_t q = p; q < p + count; ++q)
+            scatter_entry<PlusZero>(a, q, x, y, n);
 }
 
 /// The entries start..end-1 of one row, entry by entry, several without a test between them unless the row is
@@ -114,7 +137,7 @@ template <class RowOf>
 [[gnu::noinline]] static void scatter_columns(const CompressedRows& a, const real* x, int64_t count, real* y,
                                               int64_t n, int64_t nrhs, RowOf row_of)
 {
-    const bool plus_zero = nrhs <= 2 || n < 1 || denormals_are_lost();
+    const bool plus_zero = (nrhs <= 2 && !a.far) || n < 1 || denormals_are_lost();
     // Columns of Y a number of pages apart fall into the same set of the first cache, which eight would fill.
     // Four at a time take some rows, as long as these are in a cache, before the next four do.
     constexpr int64_t ColumnsApart = 512, RowsAtATime = 32;
@@ -125,7 +148,7 @@ template <class RowOf>
         for_column_blocks(
             nrhs,
             [=]<int W>(Width<W>, int64_t k) {
-                if (W > 2 && !plus_zero)
+                if (W > 1 && !plus_zero)
                     scatter_block<false, W>(a, first, last, x, count, y, n, k, row_of);
                 else
                     scatter_block<true, W>(a, first, last, x, count, y, n, k, row_of);
@@ -141,7 +164,7 @@ template <class RowOf>
 /// The + 0.0 turns a product of -0 into +0, which shows where y is -0: in a Y that is not cleared (n < 1,
 /// when the caller's Y is added to), and where a tiny negative sum became -0 because denormals are lost. Else
 /// it changes no bit: from +0 on, no sum is -0 but one that is rounded downwards, and there -0 + 0.0 = -0.
-/// Asking the processor takes as long as it saves with one or two columns.
+/// Asking the processor takes as long as it saves with one column, and with two in a cache.
 template <class RowOf>
 BLA_BODY void scatter_rows(const CompressedRows& a, const real* x, int64_t count, real* y, int64_t n,
                            int64_t nrhs, RowOf row_of)
