@@ -72,7 +72,7 @@ MUTATIONS = [
     ("the fixed threshold itself is accepted", SOURCE + "blaC_copydiag.cpp", "value > pivot::Tiny", "value >= pivot::Tiny",
      KERNELS),
     ("the reciprocal of 1e36 is rounded as the caller rounds", SOURCE + "blaC_copydiag.cpp",
-     "(divisor == value ? 1.0 : pivot::Tiny) / divisor", "1.0 / (divisor == value ? value : pivot::Huge)", ("kernel_tests", "--gtest_filter=CopyDiag.*")),
+     "(divisor == value ? 1.0 : pivot::Tiny) / divisor", "1.0 / (divisor == value ? value : *static_cast<const volatile double*>(d + i))", ("kernel_tests", "--gtest_filter=CopyDiag.*")),
     ("one more row is cleared", PRIVATE + "clear_lower.h", "clear(n - j, a + j * a_step + j)",
      "clear(j > 0 ? n - j + 1 : n, a + j * a_step + (j > 0 ? j - 1 : 0))", KERNELS),
     ("three of fifteen rows are not cleared", PRIVATE + "clear_lower.h", "part > 0; part /= 2", "part > 2; part /= 2",
@@ -134,7 +134,7 @@ MUTATIONS = [
      ("width_tests",)),
     ("hidden length 2 on the way to the facade", SOURCE + "blaC_selim_reg.cpp", "below, lda, 1, 1, 1, 1)",
      "below, lda, 1, 1, 1, 2)", ("elimination_call_tests",)),
-    ("increments are read without elements", SOURCE + "tovbla_vdAddI.cpp", "if (*n < 1)", "if (*n < 1 && *incx)",
+    ("increments are read without elements", SOURCE + "tovbla_vdAddI.cpp", "if (*n < 1)", "if (*n < 1 && *static_cast<const volatile int*>(incx))",
      ("kernel_tests", "--gtest_filter=CountsBelowOne*")),
     # Cholesky
     ("the margin itself is not refused", SOURCE + "blaC_cholupd.cpp", ">= 1.0 - tol", "> 1.0 - tol",

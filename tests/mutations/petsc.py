@@ -44,7 +44,7 @@ MUTATIONS = [
     ("zero pivots are no reason", VERDICT, "} else if (count > 0) {", "} else if (count < 0) {", SENTENCES),
     ("rows that cannot be matched are no reason", VERDICT, "if (rank < n) {", "if (rank < 0.0) {", SENTENCES),
     ("motions that nothing holds are no reason", VERDICT, '"unheld_motions") > 0.0', '"unheld_motions") < 0.0', FLOATING),
-    ("an eigenvalue of rounding is no reason", CONDITION, "PETSC_MACHINE_EPSILON", "0.0", FLOATING),
+    ("an eigenvalue of rounding is no reason", CONDITION, "PETSC_MACHINE_EPSILON", "0.0", OPERATIONS),
     ("a shift is no wish", VERDICT, "    if (shifted)\n        PetscFunctionReturn(0);\n", "", (TESTS + "faults.py Faults.test_shift_type",)),
     ("a floating structure cannot be condensed", VERDICT, "if (place >= 0)", "if (place >= 1)", OPERATIONS),
     # solutions
