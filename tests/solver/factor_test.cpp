@@ -74,13 +74,15 @@ TEST(Factor, TellsWhichPivotsWereTreatedAndHow)
     }
 }
 
-TEST(Scaling, EntersAndLeavesTransposed)
+TEST(Scaling, EntersAndLeaves)
 {
     auto random = support::generator(9);
     std::vector<Triplet> entries;
     constexpr int n = 40;
     for (int i = 0; i < n; ++i) {
-        entries.push_back({(i + 5) % n, i, std::ldexp(1.0 + 0.1 * support::ordinary(random), i % 13)});
+        const int row = (i + 5) % n;
+        entries.push_back(
+            {row, i, std::ldexp(1.0 + 0.1 * support::ordinary(random), i % 13 + 4 * (row % 5))});
         entries.push_back({i, i, std::ldexp(support::ordinary(random), -10)});
     }
     const SparseMatrix a = fromTriplets(n, entries), at = transposed(a);
@@ -88,10 +90,15 @@ TEST(Scaling, EntersAndLeavesTransposed)
     Planned planned(e.matrix);
     Factor& factor = planned.factor;
     factor.factorise(e.matrix.value.data(), {1e-14, 0.0, 0}, {});
-    Vectors x(n, 1);
-    for (double& value : x.value)
-        value = support::ordinary(random);
-    Vectors y = problems::product(at, x);
-    factor.solve({y.value.data(), n, 1}, {nullptr, e.column.data()}, {e.rowOf.data(), e.row.data()}, true, 1);
-    EXPECT_LT(problems::relativeError(y, x), 1e-12);
+    const Border rows{e.rowOf.data(), e.row.data()}, byColumn{nullptr, e.column.data()};
+    for (int columns : {1, 2, 3, 9})
+        for (bool transpose : {false, true}) {
+            Vectors x(n, columns);
+            for (double& value : x.value)
+                value = support::ordinary(random);
+            Vectors y = problems::product(transpose ? at : a, x);
+            factor.solve({y.value.data(), n, columns}, transpose ? byColumn : rows,
+                         transpose ? rows : byColumn, transpose, 1);
+            EXPECT_LT(problems::relativeError(y, x), 1e-12) << columns << ' ' << transpose;
+        }
 }

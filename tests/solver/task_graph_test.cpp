@@ -31,11 +31,11 @@ std::vector<Edge> anyEdges(int count, std::mt19937_64& random)
     return edges;
 }
 
-// Whether another thread counts up to two as well before long.
-bool meets(std::atomic<int>& arrived)
+// Whether so many threads come here before long.
+bool meets(std::atomic<int>& arrived, int threads = 2)
 {
     const auto begin = std::chrono::steady_clock::now();
-    for (++arrived; arrived < 2;) {
+    for (++arrived; arrived < threads;) {
         if (std::chrono::steady_clock::now() - begin > std::chrono::seconds(5))
             return false;
         std::this_thread::yield();
@@ -112,6 +112,28 @@ TEST(TaskGraph, HasAsManyThreadsAsAskedFor)
 }
 
 // While one of two threads is busy, the other one takes what is ready by the work on its path to the end.
+// The runtime's limit is that of the larger of two executions at the same time.
+TEST(TaskGraph, HasAllThreadsBesideASmallerTeam)
+{
+    const int threads = tbb::info::default_concurrency() + 3;
+    std::atomic<int> begun{0}, ended{0}, arrived{0}, missed{0};
+    std::thread smaller([&] {
+        const TaskGraph graph(2, {});
+        graph.execute(2, [&](int) {
+            for (++begun; ended == 0;)
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        });
+    });
+    while (begun == 0)
+        std::this_thread::yield();
+    const TaskGraph graph(threads, {});
+    graph.execute(threads,
+                  [&](int) { missed += meets(arrived, threads - 1) ? 0 : 1; }); // one is with the other
+    ended = 1;
+    smaller.join();
+    EXPECT_EQ(missed, 0);
+}
+
 TEST(TaskGraph, BeginsTheLongestPathFirst)
 {
     auto random = generator(53);

@@ -303,3 +303,24 @@ TEST(Tasks, NeedPlacesToGoTo)
     EXPECT_EQ(bla_solver_tasks(empty.get(), nullptr, &start, nullptr), BLA_SOLVER_OK);
     EXPECT_EQ(start, 0);
 }
+
+// Whatever the handle was given before.
+TEST(Tasks, RunOnAsManyThreadsAsAskedForLast)
+{
+    const Matrix a = cube(points);
+    const Handle solver = analysed(a, BLA_SOLVER_SYMMETRIC_LOWER, 2, 1.0);
+    const auto threadsSeen = [&] {
+        EXPECT_EQ(bla_solver_factorise(solver.get(), a.value.data()), BLA_SOLVER_OK);
+        std::set<int> seen;
+        for (const bla_solver_task& task : tasksOf(solver).task)
+            seen.insert(task.thread);
+        return seen.size();
+    };
+    std::size_t most = 0;
+    for (int run = 0; run < 200 && most < 2; ++run) // one may be late
+        most = std::max(most, threadsSeen());
+    EXPECT_EQ(most, 2);
+    EXPECT_EQ(bla_solver_set(solver.get(), "threads", 1), BLA_SOLVER_OK);
+    for (int run = 0; run < 20; ++run)
+        EXPECT_EQ(threadsSeen(), 1);
+}

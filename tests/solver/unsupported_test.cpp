@@ -72,6 +72,8 @@ TEST(Unsupported, AGridMovesAsOne)
     expectUnheld(problems::grid(50, 1, 1), 1, "(1 unheld motion, unknown ");
     expectUnheld(problems::grid(20, 21, 1), 1, "(1 unheld motion, unknown ");
     expectUnheld(problems::grid(10, 11, 12), 1, "(1 unheld motion, unknown ");
+    for (int side : {60, 90, 120}) // where rounding leaves all pivots positive
+        expectUnheld(problems::grid(side, side, 1), 1, "(1 unheld motion, unknown ");
 }
 
 TEST(Unsupported, ABodyInSpaceHasSixMotions)
