@@ -33,7 +33,7 @@ MUTATIONS = [
      "static_cast<std::uint64_t>(header.entries) > lines.bytesLeft()", "header.entries < 0", FILES),
     # the entries
     ("row 0 is inside", ENTRIES, "i < 1 ||", "i < 0 ||", FUZZ),
-    ("the column behind the last is inside", ENTRIES, "j > header_.columns", "j > header_.columns + 1", FUZZ),
+    ("the column behind the last is inside", ENTRIES, "j > header_.columns", "j > header_.columns + 1", FILES),
     ("one entry too many is taken", ENTRIES, "found == header.entries", "found == header.entries + 1", FUZZ),
     ("one entry may be missing", ENTRIES, "found < header.entries", "found + 1 < header.entries", FUZZ),
     ("a diagonal entry of a symmetric file counts twice", ENTRIES, " && row != column)\n            take", ")\n            take",

@@ -181,6 +181,19 @@ TEST(Bounds, NotANumberIsNotSolved)
 }
 
 // || |A^-1|*s || of a matrix whose inverse is known: A = L*L^T with ones below, A^-1 tridiagonal.
+TEST(Bounds, OneKnownSolutionFoundAgainIsNotEnough)
+{
+    const SparseMatrix a = problems::sparse(2, {1, 0, 0, 1});
+    for (int right : {0, 1, 2, 3}) { // how many solutions with I are
+        int calls = 0;
+        const Apply solve = [&](Vectors& x) {
+            if (calls++ >= right)
+                std::fill(x.value.begin(), x.value.end(), 0.0);
+        };
+        EXPECT_EQ(recover(a, solve, {}).good(), right == 3) << right;
+    }
+}
+
 TEST(Bounds, TheNormOfTheInverseIsEstimatedFromSolutions)
 {
     constexpr int n = 50;
