@@ -99,7 +99,8 @@ BLA_BODY void scatter_row_of_pairs(const CompressedRows& a, int64_t start, int64
     }
 }
 
-/// Whether the first two entries of a row meet neighbours in Y.
+/// Whether the first two entries of a row meet neighbours in Y: else few of the others will, and to ask each
+/// takes longer than pairs save.
 BLA_BODY bool begins_with_neighbours(const CompressedRows& a, int64_t start, int64_t end)
 {
     return start + 1 < end && a.column[start + 1] == int64_t{a.column[start]} + 1;
