@@ -270,6 +270,6 @@ MUTATIONS = [
     ("AMD's want of memory is another fault", SOLVER + "order_amd.cpp", "status == AMD_OUT_OF_MEMORY", "false", MEMORY),
     # the answer
     ("a condition may be less than 1", SOLVER + "bounds.cpp", "std::max(bound.cond1 + bound.cond2, 1.0)",
-     "(bound.cond1 + bound.cond2)", INTERFACE),
+     "(bound.cond1 + bound.cond2)", ROOMS),
     ("directions of GMRES are not orthogonal", SOLVER + "krylov.cpp", "add(-h[k], v[k], r);", "", ROOMS),
 ]

@@ -180,7 +180,6 @@ TEST(Bounds, NotANumberIsNotSolved)
         }
 }
 
-// || |A^-1|*s || of a matrix whose inverse is known: A = L*L^T with ones below, A^-1 tridiagonal.
 TEST(Bounds, OneKnownSolutionFoundAgainIsNotEnough)
 {
     const SparseMatrix a = problems::sparse(2, {1, 0, 0, 1});
@@ -194,6 +193,20 @@ TEST(Bounds, OneKnownSolutionFoundAgainIsNotEnough)
     }
 }
 
+// The conditions of the identity add up to 2. With this M^-T, of which the first equation sees nothing, they
+// would be some 1e-30, of "solutions" that leave the residual as it was.
+TEST(Bounds, ConditionsBelowOneAreThoseOfNoSolutions)
+{
+    SparseMatrix a = problems::sparse(2, {1, 0, 0, 1});
+    a.symmetric = false;
+    const Vectors x = problems::ones(2);
+    Factorised m{[](Vectors&) {}, [](Vectors&) {}, true};
+    EXPECT_LE(boundError(a, x, x, {1, 1}, m).forward(), 0x1p-50);
+    m.solveTransposed = [](Vectors& v) { v.value = {0.0, 1e-30 * v.value[0]}; };
+    EXPECT_EQ(boundError(a, x, x, {1, 1}, m).forward(), HUGE_VAL);
+}
+
+// || |A^-1|*s || of a matrix whose inverse is known: A = L*L^T with ones below, A^-1 tridiagonal.
 TEST(Bounds, TheNormOfTheInverseIsEstimatedFromSolutions)
 {
     constexpr int n = 50;

@@ -4,6 +4,7 @@
 #include "allocations.h"
 #include "matrix_market.h"
 #include "problems.h"
+#include "workspace.h"
 
 #include <gtest/gtest.h>
 
@@ -84,6 +85,23 @@ protected:
 };
 
 } // namespace
+
+// A small array takes a cache line more than it holds, one of large pages a page more.
+TEST_F(MemoryEstimate, AnArrayTakesLittleMoreThanItHolds)
+{
+    constexpr std::int64_t line = 64, page = 1 << 21;
+    for (std::int64_t count : {1, 7, 8, 100, 4096, (1 << 18) - 1, 1 << 18, (1 << 18) + 1, 1 << 19}) {
+        const std::int64_t held = 8 * count, before = allocations::bytes();
+        const Workspace array(count);
+        const std::int64_t taken = allocations::bytes() - before;
+        const std::int64_t announced = Workspace::bytes(count);
+        EXPECT_GE(announced, held) << count;
+        EXPECT_LE(announced, held + (held < page ? line : page)) << count;
+        EXPECT_GE(taken, announced) << count;
+        EXPECT_LE(taken, announced + (held < page ? 4096 : page)) << count; // what malloc rounds up
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(array.get()) % (held < page ? line : page), 0u) << count;
+    }
+}
 
 TEST_F(MemoryEstimate, HoldsForRealMatrices)
 {
