@@ -164,12 +164,16 @@ BLA_BODY void transpose_large(int64_t m, int64_t n, const real* s, int64_t s_ste
     }
 }
 
-/// The same where it takes no more than a tile, without saving a register. False if it takes more: then
-/// nothing is done.
+/// The same where it takes no more than a tile or a loop over entries, without saving a register. False if it
+/// takes more: then nothing is done.
 template <class Tier, Store How>
 BLA_BODY bool transpose_tiny(int64_t m, int64_t n, const real* s, int64_t s_step, real* d, int64_t d_step)
 {
-    if (m < TileOrder || n < TileOrder) { // too small for a tile
+    const bool strips = m < TileOrder || n < TileOrder;
+    // To add entry by entry is faster than a tile and strips on two sides of it.
+    const bool tile_and_strips =
+        How == Store::Add && smaller(m, n) > TileOrder && m < 2 * TileOrder && n < 2 * TileOrder;
+    if (strips || tile_and_strips) {
         for (int64_t i = 0; i < m; ++i)
             for (int64_t j = 0; j < n; ++j)
                 put<How>(d + j * d_step + i, s[i * s_step + j]);

@@ -20,6 +20,22 @@ BLA_BODY void add_entry(const CompressedRows& a, int64_t p, const real* x, int64
         sums[c] += pair{value, value} * pair{xp[2 * c * n], xp[(2 * c + 1 < W ? 2 * c + 1 : 2 * c) * n]};
 }
 
+/// The same for entries p and p+1, one after the other; a column's two products are formed at once.
+template <int W>
+BLA_BODY void add_two_entries(const CompressedRows& a, int64_t p, const real* x, int64_t n,
+                              pair (&sums)[(W + 1) / 2])
+{
+    const pair values = {a.value[p], a.value[p + 1]};
+    const real* const xp = x + a.column[p];
+    const real* const xq = x + a.column[p + 1];
+    for (int64_t c = 0; c < W; c += 2) {
+        const int64_t l = c * n, r = (c + 1 < W ? c + 1 : c) * n;
+        const pair left = values * pair{xp[l], xq[l]}, right = values * pair{xp[r], xq[r]};
+        sums[c / 2] += pair{left[0], right[0]};
+        sums[c / 2] += pair{left[1], right[1]};
+    }
+}
+
 /// Y := A·X, one column, two rows side by side as far as both go. It asks for the entries of whole rows.
 BLA_BODY void multiply_column(const CompressedRows& a, const real* x, real* y, int64_t rows)
 {
@@ -64,10 +80,8 @@ template <int W>
             prefetch_turn(a, q);
             const int64_t until = a.far && p + EntriesPerTurn < last ? p + EntriesPerTurn : last;
             for (; p + 2 <= until; p += 2, q += 2) {
-                add_entry<W>(a, p, x, n, upper);
-                add_entry<W>(a, q, x, n, lower);
-                add_entry<W>(a, p + 1, x, n, upper);
-                add_entry<W>(a, q + 1, x, n, lower);
+                add_two_entries<W>(a, p, x, n, upper);
+                add_two_entries<W>(a, q, x, n, lower);
             }
             if (p < until) {
                 add_entry<W>(a, p++, x, n, upper);
