@@ -59,15 +59,18 @@ BLA_EXPORT void blaC_selimC(int n, int nb, double tol, double* a)
     const double one = 1.0, minus_one = -1.0;
     const Panels panels(n, nb);
     const int p = panels.full, r = panels.last;
-    const PackedFront front{a, n, nb};
-    double* d = p < 1 ? a + int64_t{n} * n : front.block(p, p) + int64_t{r} * r;
-    double* dinv = d + n;
-    double* const work = dinv + n;
     if (p < 1) {
-        blac_selim_small_(&r, a, &n, d, dinv, &tol);
+        if (r < 1)
+            return; // without an address formed from what may be none
+        double* const d = a + int64_t{n} * n;
+        blac_selim_small_(&r, a, &n, d, d + n, &tol);
         return;
     }
 
+    const PackedFront front{a, n, nb};
+    double* d = front.block(p, p) + int64_t{r} * r;
+    double* dinv = d + n;
+    double* const work = dinv + n;
     for (int q = 0; q < p; ++q, d += nb, dinv += nb) {
         const int ld = front.rows(q), below = ld - nb;
         double* const diagonal = front.block(q, q);
