@@ -5,6 +5,10 @@
 #include <atomic>
 #include <cerrno>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <iterator>
+#include <link.h>
 #include <malloc.h>
 
 namespace {
@@ -14,9 +18,38 @@ std::atomic<std::int64_t> liveBytes{0}, mostBytes{0};
 std::atomic<long> toGo{-1}; // allocations that still succeed; below 0 all do
 std::atomic<bool> forGood{false}, failed{false};
 
-[[maybe_unused]] bool refused()
+// The code of the BLAS: some small products of OpenBLAS 0.3.21 with AVX-512 ask for memory and do not look
+// whether they got it.
+struct Code
+{
+    std::uintptr_t start, end;
+};
+Code blas[8];
+std::size_t blasParts = 0;
+
+int addPartsOfBlas(dl_phdr_info* object, std::size_t, void*)
+{
+    const char* const file = std::strrchr(object->dlpi_name, '/');
+    if (file && std::strstr(file, "blas"))
+        for (int i = 0; i < object->dlpi_phnum && blasParts < std::size(blas); ++i)
+            if (const auto& part = object->dlpi_phdr[i]; part.p_flags & PF_X)
+                blas[blasParts++] = {object->dlpi_addr + part.p_vaddr,
+                                     object->dlpi_addr + part.p_vaddr + part.p_memsz};
+    return 0;
+}
+
+bool isOfBlas(const void* caller)
+{
+    const auto at = reinterpret_cast<std::uintptr_t>(caller);
+    return std::any_of(blas, blas + blasParts,
+                       [at](const Code& part) { return part.start <= at && at < part.end; });
+}
+
+[[maybe_unused]] bool refused(const void* caller)
 {
     long left = toGo;
+    if (left >= 0 && isOfBlas(caller))
+        return false;
     while (left >= 0)
         if (toGo.compare_exchange_weak(left, left > 0 ? left - 1 : forGood ? 0 : -1)) {
             if (left > 0)
@@ -34,6 +67,8 @@ namespace allocations {
 
 void fail(long k, Failing failing)
 {
+    if (blasParts == 0)
+        dl_iterate_phdr(addPartsOfBlas, nullptr);
     forGood = failing == Failing::fromThereOn;
     failed = false;
     toGo = k;
@@ -101,15 +136,15 @@ void __libc_free(void*);
 
 void* malloc(std::size_t bytes)
 {
-    return refused() ? nullptr : entered(__libc_malloc(bytes));
+    return refused(__builtin_return_address(0)) ? nullptr : entered(__libc_malloc(bytes));
 }
 void* calloc(std::size_t count, std::size_t bytes)
 {
-    return refused() ? nullptr : entered(__libc_calloc(count, bytes));
+    return refused(__builtin_return_address(0)) ? nullptr : entered(__libc_calloc(count, bytes));
 }
 void* realloc(void* p, std::size_t bytes)
 {
-    if (refused())
+    if (refused(__builtin_return_address(0)))
         return nullptr;
     left(p);
     void* const q = __libc_realloc(p, bytes);
@@ -117,7 +152,7 @@ void* realloc(void* p, std::size_t bytes)
 }
 void* memalign(std::size_t alignment, std::size_t bytes)
 {
-    return refused() ? nullptr : entered(__libc_memalign(alignment, bytes));
+    return refused(__builtin_return_address(0)) ? nullptr : entered(__libc_memalign(alignment, bytes));
 }
 void* aligned_alloc(std::size_t alignment, std::size_t bytes)
 {

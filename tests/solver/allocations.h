@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The memory of this process under the hand of a test: allocations are counted, and fail when they are told
-// to. Under a sanitizer, which has its own malloc, `watched` is false and nothing else works.
+// to, but for those of the BLAS. Under a sanitizer, which has its own malloc, `watched` is false and nothing
+// else works.
 #pragma once
 
 #include <cstdint>
