@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "blas_threads.h"
 #include "planned.h"
 #include "problems.h"
 #include "scaling.h"
 #include "triplets.h"
 
+#include <TOVBlaModule.h>
 #include <gtest/gtest.h>
+
+#include <optional>
 
 namespace {
 
@@ -101,4 +105,18 @@ TEST(Scaling, EntersAndLeaves)
                          transpose ? rows : byColumn, transpose, 1);
             EXPECT_LT(problems::relativeError(y, x), 1e-12) << columns << ' ' << transpose;
         }
+}
+
+TEST(OneBlasThread, IsLeftWhenTheLastWhoWantsItHasEnded)
+{
+    const int before = blaC_get_num_threads();
+    blaC_set_num_threads(2);
+    const int set = blaC_get_num_threads(); // that the library beneath can have
+    std::optional<OneBlasThread> first(std::in_place), second(std::in_place);
+    EXPECT_EQ(blaC_get_num_threads(), 1);
+    first.reset();
+    EXPECT_EQ(blaC_get_num_threads(), 1);
+    second.reset();
+    EXPECT_EQ(blaC_get_num_threads(), set);
+    blaC_set_num_threads(before);
 }
